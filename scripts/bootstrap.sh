@@ -1,0 +1,33 @@
+# Sourced by demo.sh, test.sh and the benchmarks: installs what is missing from
+# Debian's packages and builds the project in build/.
+
+SUITEDEPLOYER_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+SUITEDEPLOYER_BUILD="$SUITEDEPLOYER_ROOT/build"
+BUILD_PACKAGES=(
+  cmake g++ make
+  qtbase5-dev
+  libspdlog-dev libfmt-dev
+  libboost-filesystem-dev libboost-system-dev
+  googletest libgtest-dev libgmock-dev
+)
+
+# Installs those of the named packages that are not installed yet, and nothing when all are.
+ensure_packages() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  local sudo=()
+  [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+  echo "Installing missing packages: ${missing[*]}"
+  "${sudo[@]}" apt-get update -qq
+  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+build_project() {
+  cmake -S "$SUITEDEPLOYER_ROOT" -B "$SUITEDEPLOYER_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo
+  cmake --build "$SUITEDEPLOYER_BUILD" -j"$(nproc)"
+}

@@ -1,0 +1,69 @@
+#include "FrontEnd.h"
+
+#include "Catalogue.h"
+#include "CatalogueJson.h"
+#include "EmbeddedResources.h"
+#include "ModeOptions.h"
+#include "RequestCodec.h"
+#include "RunningProcesses.h"
+#include "StandardOutput.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QRegExp>
+
+namespace {
+
+const QString cataloguePath = QStringLiteral(":/PluginsConfiguration.json");
+const QString backgroundKey = QStringLiteral("background");
+// "RectiloGraymere" has no bar inside, so Rectilo and Graymere are only
+// reported when one name directly follows the other; the wizard has always
+// been answered this way.
+const QString blockingApplications = QStringLiteral(
+    "Tintara|Grainwick|Lumbrio|ACU3|Quietar|RectiloGraymere|Bracketon|Photoshop|Lightroom");
+
+QJsonObject backgroundAnswer()
+{
+    QJsonObject answer;
+    const QRegExp filter(blockingApplications, Qt::CaseSensitive, QRegExp::RegExp);
+    answer.insert(backgroundKey, QJsonArray::fromStringList(runningProcesses(filter, QRegExp())));
+    return answer;
+}
+
+void printAnswer(const QJsonObject &answer)
+{
+    standardOutput() << encodeAnswer(answer);
+}
+
+} // namespace
+
+int runSuiteDeployer(int &argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+
+    registerEmbeddedResources();
+    const ModeOptions options;
+    options.addTo(parser);
+    parser.process(application);
+
+    const QJsonObject catalogueJson = loadCatalogueJson(cataloguePath);
+    const Catalogue catalogue(catalogueJson);
+
+    switch (options.selectedMode(parser)) {
+    case Mode::Background:
+        printAnswer(backgroundAnswer());
+        break;
+    case Mode::Uninstall:
+    case Mode::Install:
+    case Mode::ResetConfig:
+    case Mode::Config:
+    case Mode::Samples:
+    case Mode::Report:
+        // These modes join as their flows land; until then they do nothing.
+        break;
+    }
+    return 0;
+}

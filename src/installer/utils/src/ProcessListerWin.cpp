@@ -1,0 +1,8 @@
+#include "ProcessLister.h"
+
+#include "WmicCommand.h"
+
+QByteArray processCaptionList()
+{
+    return runWmicCommand();
+}

@@ -1,0 +1,9 @@
+#include "StandardOutput.h"
+
+#include <cstdio>
+
+QTextStream &standardOutput()
+{
+    static QTextStream stream(stdout, QIODevice::ReadWrite);
+    return stream;
+}

@@ -1,0 +1,6 @@
+#include "FrontEnd.h"
+
+int main(int argc, char *argv[])
+{
+    return runSuiteDeployer(argc, argv);
+}

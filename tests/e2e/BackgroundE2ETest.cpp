@@ -1,0 +1,124 @@
+#include "DeployerRun.h"
+#include "Machine.h"
+#include "SleepingProcess.h"
+
+#include <QJsonArray>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+class BackgroundE2ETest : public testing::Test
+{
+protected:
+    QJsonArray probeWith(const QByteArray &output, const QByteArray &errorOutput = {})
+    {
+        machine.installFakeWmic(output, errorOutput);
+        return probe();
+    }
+
+    QJsonArray probe()
+    {
+        const DeployerRun run = runDeployer(machine, {"--background"});
+        EXPECT_TRUE(run.exitedNormally);
+        EXPECT_EQ(run.exitCode, 0);
+        const QJsonObject answer = decodeAnswer(run.standardOutput);
+        EXPECT_EQ(answer.keys(), QStringList{"background"});
+        return answer.value("background").toArray();
+    }
+
+    Machine machine;
+};
+
+QByteArray wmicList(const QList<QByteArray> &captions)
+{
+    QByteArray list = "Caption                     \r\r\n";
+    for (const QByteArray &caption : captions)
+        list += caption + "                  \r\r\n";
+    return list + "\r\r\n";
+}
+
+} // namespace
+
+TEST_F(BackgroundE2ETest, RunsTheWmicCommandFromTheSearchPath)
+{
+    probeWith(wmicList({}));
+    EXPECT_EQ(machine.fakeWmicArguments(), "/OUTPUT:STDOUT\nPROCESS\nget\nCaption\n");
+}
+
+TEST_F(BackgroundE2ETest, NoMatchGivesAnEmptyList)
+{
+    machine.installFakeWmic(wmicList({"System Idle Process", "explorer.exe", "svchost.exe"}));
+    const DeployerRun run = runDeployer(machine, {"--background"});
+    EXPECT_EQ(answerText(run.standardOutput), R"({"background":[]})");
+}
+
+TEST_F(BackgroundE2ETest, AHostRunningTwiceIsListedOnce)
+{
+    EXPECT_EQ(probeWith(wmicList({"Photoshop.exe", "explorer.exe", "Photoshop.exe"})),
+              QJsonArray{"Photoshop.exe"});
+}
+
+TEST_F(BackgroundE2ETest, HostsMatchInsideLongerNamesButCaseCounts)
+{
+    EXPECT_EQ(probeWith(wmicList({"photoshop.exe", "Adobe Photoshop 2024.exe", "lightroom.exe",
+                                  "Lightroom Classic.exe"})),
+              (QJsonArray{"AdobePhotoshop2024.exe", "LightroomClassic.exe"}));
+}
+
+TEST_F(BackgroundE2ETest, BlanksAreRemovedFromCaptions)
+{
+    EXPECT_EQ(probeWith(wmicList({"Tintara 5.exe"})), QJsonArray{"Tintara5.exe"});
+}
+
+TEST_F(BackgroundE2ETest, RectiloAndGraymereAloneAreNotReported)
+{
+    EXPECT_EQ(probeWith(wmicList({"Graymere 3.exe", "Rectilo.exe", "Tintara4.exe", "Lumbrio2.exe"})),
+              (QJsonArray{"Tintara4.exe", "Lumbrio2.exe"}));
+}
+
+TEST_F(BackgroundE2ETest, OrderIsThatOfTheCommand)
+{
+    EXPECT_EQ(probeWith(wmicList({"Quietar2.exe", "ACU3RST.exe", "Bracketon 2.exe", "Grainwick 2.exe"})),
+              (QJsonArray{"Quietar2.exe", "ACU3RST.exe", "Bracketon2.exe", "Grainwick2.exe"}));
+}
+
+TEST_F(BackgroundE2ETest, PlainCrLfOutputStaysOneItem)
+{
+    EXPECT_EQ(probeWith("Caption\r\nPhotoshop.exe\r\nexplorer.exe\r\n"),
+              QJsonArray{"Caption\r\nPhotoshop.exe\r\nexplorer.exe\r\n"});
+    EXPECT_EQ(probeWith("Caption\r\nexplorer.exe\r\n"), QJsonArray());
+}
+
+TEST_F(BackgroundE2ETest, TheCommandsErrorTextIsReadToo)
+{
+    EXPECT_EQ(probeWith(wmicList({"explorer.exe"}), "Lightroom.exe\r\r\n"), QJsonArray{"Lightroom.exe"});
+}
+
+TEST_F(BackgroundE2ETest, WithoutWmicARealPhotoshopIsFoundOnce)
+{
+    EXPECT_FALSE(probe().contains("Photoshop.exe"));
+    {
+        const SleepingProcess first(machine.binDir(), "Photoshop.exe");
+        const SleepingProcess second(machine.binDir(), "Photoshop.exe");
+        ASSERT_TRUE(first.isRunning());
+        ASSERT_TRUE(second.isRunning());
+        const QJsonArray running = probe();
+        EXPECT_EQ(std::count(running.begin(), running.end(), QJsonValue("Photoshop.exe")), 1);
+        EXPECT_FALSE(running.contains("Caption"));
+    }
+    EXPECT_FALSE(probe().contains("Photoshop.exe"));
+}
+
+TEST_F(BackgroundE2ETest, WithoutWmicImageNamesLoseTheirBlanks)
+{
+    const SleepingProcess tintara(machine.binDir(), "Tintara 5.exe");
+    const SleepingProcess graymere(machine.binDir(), "Graymere 3.exe");
+    ASSERT_TRUE(tintara.isRunning());
+    ASSERT_TRUE(graymere.isRunning());
+    const QJsonArray running = probe();
+    EXPECT_TRUE(running.contains("Tintara5.exe"));
+    EXPECT_FALSE(running.contains("Graymere3.exe"));
+}

@@ -1,0 +1,143 @@
+#include "DeployerRun.h"
+#include "Machine.h"
+
+#include <QFile>
+#include <QJsonArray>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class CommandLineE2ETest : public testing::Test
+{
+protected:
+    void SetUp() override { machine.installFakeWmic("Caption\r\r\nPhotoshop.exe\r\r\n"); }
+
+    bool probeRan() const { return QFile::exists(machine.path("wmic/arguments")); }
+
+    Machine machine;
+    const QString request = encodeRequest(QJsonObject{{"rootDir", machine.path("suite")},
+                                                      {"language", 2}, {"lang", 2},
+                                                      {"plugins", QJsonArray{"Tintara 5"}}});
+};
+
+void expectRegularEndWithoutAnswer(const DeployerRun &run)
+{
+    EXPECT_TRUE(run.exitedNormally);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.standardOutput, "");
+}
+
+void expectParserRejection(const DeployerRun &run, const QByteArray &message)
+{
+    EXPECT_TRUE(run.exitedNormally);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.standardOutput, "");
+    EXPECT_TRUE(run.standardError.contains(message)) << run.standardError.toStdString();
+}
+
+} // namespace
+
+TEST_F(CommandLineE2ETest, AnEmptyCommandLineIsARegularCall)
+{
+    const DeployerRun run = runDeployer(machine, {});
+    EXPECT_TRUE(run.exitedNormally);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_FALSE(probeRan());
+}
+
+TEST_F(CommandLineE2ETest, ModesWithoutAnswerPrintNothing)
+{
+    for (const char *option : {"--install", "--uninstall", "--samples", "--config", "--resetConfig"}) {
+        SCOPED_TRACE(option);
+        expectRegularEndWithoutAnswer(runDeployer(machine, {option, request}));
+    }
+    EXPECT_FALSE(probeRan());
+}
+
+TEST_F(CommandLineE2ETest, JunkRequestsStillEndWithZero)
+{
+    for (const char *option : {"--install", "--uninstall", "--samples", "--config"}) {
+        SCOPED_TRACE(option);
+        expectRegularEndWithoutAnswer(runDeployer(machine, {option, "%%% not base64 %%%"}));
+        expectRegularEndWithoutAnswer(runDeployer(machine, {option, ""}));
+        expectRegularEndWithoutAnswer(runDeployer(machine, {option, encodeRequest({}).left(3)}));
+    }
+}
+
+TEST_F(CommandLineE2ETest, EveryOtherModeWinsOverBackground)
+{
+    for (const char *option : {"--install", "--uninstall", "--samples", "--config", "--resetConfig"}) {
+        SCOPED_TRACE(option);
+        expectRegularEndWithoutAnswer(runDeployer(machine, {"--background", option, request}));
+        expectRegularEndWithoutAnswer(runDeployer(machine, {option, request, "-b"}));
+    }
+    EXPECT_FALSE(probeRan());
+}
+
+TEST_F(CommandLineE2ETest, ResetConfigWithoutValueFailsInTheParser)
+{
+    expectParserRejection(runDeployer(machine, {"--resetConfig"}),
+                          "Missing value after '--resetConfig'.");
+    expectParserRejection(runDeployer(machine, {"--background", "--resetConfig"}),
+                          "Missing value after '--resetConfig'.");
+    EXPECT_FALSE(probeRan());
+}
+
+TEST_F(CommandLineE2ETest, ResetConfigIgnoresItsValue)
+{
+    expectRegularEndWithoutAnswer(runDeployer(machine, {"--resetConfig", "x"}));
+    expectRegularEndWithoutAnswer(runDeployer(machine, {"-r", "anything at all"}));
+}
+
+TEST_F(CommandLineE2ETest, OptionsWithAValueNeedOne)
+{
+    for (const char *option : {"--install", "--uninstall", "--samples", "--config"})
+        expectParserRejection(runDeployer(machine, {option}), "Missing value after");
+}
+
+TEST_F(CommandLineE2ETest, HelpVersionAndUnknownOptionsFailInTheParser)
+{
+    expectParserRejection(runDeployer(machine, {"--help"}), "Unknown option 'help'.");
+    expectParserRejection(runDeployer(machine, {"--version"}), "Unknown option 'version'.");
+    expectParserRejection(runDeployer(machine, {"--background", "--verbose"}), "Unknown option 'verbose'.");
+    EXPECT_FALSE(probeRan());
+}
+
+TEST_F(CommandLineE2ETest, BackgroundTakesTheNextWordAsAnIgnoredArgument)
+{
+    const DeployerRun run = runDeployer(machine, {"--background", "x"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(decodeAnswer(run.standardOutput), (QJsonObject{{"background", QJsonArray{"Photoshop.exe"}}}));
+}
+
+TEST_F(CommandLineE2ETest, ShortLongAndPositionalFormsAreAccepted)
+{
+    for (const QStringList &arguments : {QStringList{"-b"}, QStringList{"--background"},
+                                         QStringList{"one", "two", "--background"}}) {
+        const DeployerRun run = runDeployer(machine, arguments);
+        EXPECT_EQ(decodeAnswer(run.standardOutput).value("background").toArray().size(), 1)
+            << arguments.join(' ').toStdString();
+    }
+    expectRegularEndWithoutAnswer(runDeployer(machine, {"--install=" + request}));
+    expectRegularEndWithoutAnswer(runDeployer(machine, {"-c", request}));
+}
+
+TEST_F(CommandLineE2ETest, TheAnswerIsPaddedBase64WithoutLineEnd)
+{
+    const DeployerRun run = runDeployer(machine, {"--background"});
+    EXPECT_EQ(run.exitCode, 0);
+    ASSERT_FALSE(run.standardOutput.isEmpty());
+    EXPECT_FALSE(run.standardOutput.endsWith('\n'));
+    EXPECT_FALSE(run.standardOutput.endsWith('\r'));
+    EXPECT_EQ(run.standardOutput.size() % 4, 0);
+    EXPECT_TRUE(answerText(run.standardOutput).startsWith('{'));
+    EXPECT_EQ(answerText(run.standardOutput), R"({"background":["Photoshop.exe"]})");
+}
+
+TEST_F(CommandLineE2ETest, TheAnswerIsEchoedOnQtsDebugChannel)
+{
+    const DeployerRun run = runDeployer(machine, {"--background"});
+    EXPECT_TRUE(run.standardError.contains(R"(encoding following data: {"background":["Photoshop.exe"]})"))
+        << run.standardError.toStdString();
+}

@@ -1,0 +1,45 @@
+#include "DeployerRun.h"
+
+#include <QJsonDocument>
+#include <QProcess>
+
+namespace {
+
+constexpr int hangGuardMilliseconds = 120000;
+
+} // namespace
+
+DeployerRun runDeployer(const Machine &machine, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessEnvironment(machine.environment());
+    process.setWorkingDirectory(machine.root());
+    process.start(QStringLiteral(SUITEDEPLOYER_BINARY), arguments);
+    process.closeWriteChannel();
+    DeployerRun run;
+    if (!process.waitForFinished(hangGuardMilliseconds)) {
+        process.kill();
+        process.waitForFinished();
+        return run;
+    }
+    run.exitedNormally = process.exitStatus() == QProcess::NormalExit;
+    run.exitCode = process.exitCode();
+    run.standardOutput = process.readAllStandardOutput();
+    run.standardError = process.readAllStandardError();
+    return run;
+}
+
+QString encodeRequest(const QJsonObject &request)
+{
+    return QString::fromLatin1(QJsonDocument(request).toJson(QJsonDocument::Compact).toBase64());
+}
+
+QByteArray answerText(const QByteArray &standardOutput)
+{
+    return QByteArray::fromBase64(standardOutput, QByteArray::AbortOnBase64DecodingErrors);
+}
+
+QJsonObject decodeAnswer(const QByteArray &standardOutput)
+{
+    return QJsonDocument::fromJson(answerText(standardOutput)).object();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QTemporaryDir>
+
+// A throw-away machine in a temporary folder: its own home, XDG folders,
+// ProgramData and search path. The tool run with environment() touches
+// nothing outside root().
+class Machine
+{
+public:
+    Machine();
+
+    QString root() const;
+    QString path(const QString &relativePath) const;
+    QString binDir() const;
+    QProcessEnvironment environment() const;
+
+    // Puts a wmic.exe on the search path that prints these bytes on its output
+    // and error channels and records its arguments, one per line.
+    void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {});
+    QString fakeWmicArguments() const;
+
+private:
+    QTemporaryDir dir_;
+};
