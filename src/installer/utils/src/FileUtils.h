@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QString>
+
+// The file-system actions of all flows. None gives a result or throws: a
+// failure is a warning in the log, and removing what isn't there is silent.
+// Callers make the QDir or QFile on the spot, e.g. removeFile(QFile(path)).
+namespace fileUtils {
+
+void createDir(QDir &dir);
+void createTextFile(QFile &&file, const QString &content);
+void removeDir(QDir dir);
+void removeFile(QFile &&file);
+
+} // namespace fileUtils

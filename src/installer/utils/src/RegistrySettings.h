@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QSettings>
+#include <QString>
+
+#include <memory>
+
+// Opens a registry key by its Windows path, such as
+// "HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Tavrin\Orv Collection\", as a
+// QSettings rooted at that key. Every registry access of the program goes
+// through here. On Windows it is the native registry; on Linux a view of the
+// hive file under the XDG configuration folders, where names match ignoring
+// case as on Windows. "Clear this key" is remove(""), never clear(): on a view
+// clear() would empty the whole hive.
+std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath);
