@@ -1,0 +1,246 @@
+#include "Machine.h"
+#include "RegistryHiveFormat.h"
+#include "RegistrySettings.h"
+#include "ScopedEnvironment.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace {
+
+const QString suiteKey = QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection\\");
+
+class RegistrySettingsLinuxTest : public testing::Test
+{
+protected:
+    QString userHive() const { return machine.path("home/.config/winreg/HKEY_CURRENT_USER.reg"); }
+    QString machineHive() const { return machine.path("etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg"); }
+
+    QByteArray contentOf(const QString &path) const
+    {
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+
+    void writeHive(const QString &path, const QByteArray &content) const
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        file.open(QIODevice::WriteOnly);
+        file.write(content);
+    }
+
+    Machine machine;
+    ScopedEnvironment environment{machine};
+};
+
+} // namespace
+
+TEST_F(RegistrySettingsLinuxTest, EachHiveIsOneFileUnderTheXdgFolders)
+{
+    openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Orv Collection\\")->setValue("app_loglevel", "warning");
+    openRegistryKey(suiteKey)->setValue("currentLanguage", 2);
+    EXPECT_EQ(contentOf(userHive()), "Windows Registry Editor Version 5.00\n\n"
+                                     "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Orv Collection]\n"
+                                     "\"app_loglevel\"=\"warning\"\n\n");
+    EXPECT_EQ(contentOf(machineHive()), "Windows Registry Editor Version 5.00\n\n"
+                                        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n"
+                                        "\"currentLanguage\"=dword:00000002\n\n");
+}
+
+TEST_F(RegistrySettingsLinuxTest, UnsetOrEmptyXdgVariablesFallBack)
+{
+    environment.set("XDG_CONFIG_HOME", "");
+    EXPECT_EQ(openRegistryKey("HKEY_CURRENT_USER\\x")->fileName(),
+              machine.path("home/.config/winreg/HKEY_CURRENT_USER.reg"));
+    environment.unset("XDG_CONFIG_HOME");
+    environment.set("HOME", machine.path("elsewhere").toUtf8());
+    EXPECT_EQ(openRegistryKey("HKEY_CURRENT_USER\\x")->fileName(),
+              machine.path("elsewhere/.config/winreg/HKEY_CURRENT_USER.reg"));
+    environment.set("XDG_CONFIG_DIRS", (machine.path("first") + ":" + machine.path("second")).toUtf8());
+    EXPECT_EQ(openRegistryKey("HKEY_LOCAL_MACHINE\\x")->fileName(),
+              machine.path("first/winreg/HKEY_LOCAL_MACHINE.reg"));
+    environment.set("XDG_CONFIG_DIRS", "");
+    EXPECT_EQ(openRegistryKey("HKEY_LOCAL_MACHINE\\x")->fileName(), "/etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg");
+    environment.unset("XDG_CONFIG_DIRS");
+    EXPECT_EQ(openRegistryKey("HKEY_LOCAL_MACHINE\\x")->fileName(), "/etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg");
+}
+
+TEST_F(RegistrySettingsLinuxTest, OtherHivesHaveNoStore)
+{
+    {
+        const auto classes = openRegistryKey("HKEY_CLASSES_ROOT\\.orv");
+        classes->setValue("x", "y");
+        classes->sync();
+        EXPECT_EQ(classes->status(), QSettings::AccessError);
+    }
+    EXPECT_FALSE(openRegistryKey("HKEY_CLASSES_ROOT\\.orv")->contains("x"));
+    EXPECT_FALSE(QFile::exists(userHive()));
+    EXPECT_FALSE(QFile::exists(machineHive()));
+}
+
+TEST_F(RegistrySettingsLinuxTest, OverlappingViewsSeeOneTree)
+{
+    const auto maker = openRegistryKey("HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin");
+    const auto suite = openRegistryKey(suiteKey);
+    suite->setValue("InstallPath", "/opt/orv");
+    EXPECT_EQ(maker->value("Orv Collection/InstallPath").toString(), "/opt/orv");
+    maker->setValue("Orv Collection/Locations/PS_Name", "Photoshop");
+    EXPECT_EQ(suite->value("Locations/PS_Name").toString(), "Photoshop");
+}
+
+TEST_F(RegistrySettingsLinuxTest, OpeningAPathIgnoresCaseAndKeepsTheFirstSpelling)
+{
+    openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin")->setValue("a", 1);
+    const auto other = openRegistryKey("hkey_current_user\\Software\\TAVRIN\\");
+    EXPECT_EQ(other->value("a").toInt(), 1);
+    other->setValue("b", 2);
+    other->sync();
+    EXPECT_EQ(contentOf(userHive()), "Windows Registry Editor Version 5.00\n\n"
+                                     "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin]\n"
+                                     "\"a\"=dword:00000001\n"
+                                     "\"b\"=dword:00000002\n\n");
+}
+
+TEST_F(RegistrySettingsLinuxTest, EmptyPathComponentsCountAsNothing)
+{
+    openRegistryKey(suiteKey + "\\Locations")->setValue("PS_Path", "/opt/ps");
+    EXPECT_EQ(openRegistryKey(suiteKey + "Locations")->value("PS_Path").toString(), "/opt/ps");
+    EXPECT_EQ(openRegistryKey("HKEY_LOCAL_MACHINE\\\\SOFTWARE\\WOW6432Node\\\\Tavrin\\Orv Collection\\Locations\\\\")
+                  ->value("PS_Path")
+                  .toString(),
+              "/opt/ps");
+}
+
+TEST_F(RegistrySettingsLinuxTest, ChildGroupsAndAllKeysStayBelowTheViewsRoot)
+{
+    const auto root = openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE");
+    root->setValue("Outside/x", 1);
+    root->setValue("Tavrin/top", 1);
+    root->setValue("Tavrin/Orv Collection/a", 1);
+    root->setValue("Tavrin/Zonal Tool/b", 1);
+    const auto maker = openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin");
+    EXPECT_EQ(maker->childGroups(), (QStringList{"Orv Collection", "Zonal Tool"}));
+    EXPECT_EQ(maker->childKeys(), QStringList{"top"});
+    EXPECT_EQ(maker->allKeys(), (QStringList{"Orv Collection/a", "Zonal Tool/b", "top"}));
+}
+
+TEST_F(RegistrySettingsLinuxTest, RemoveOfAGroupAndOfTheWholeKeyStayInsideTheView)
+{
+    const auto root = openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE");
+    root->setValue("Outside/x", 1);
+    root->setValue("Tavrin/top", 1);
+    root->setValue("Tavrin/Orv Collection/a", 1);
+    root->setValue("Tavrin/Zonal Tool/b", 1);
+    const auto maker = openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin");
+    maker->remove("Zonal Tool");
+    EXPECT_EQ(root->allKeys(), (QStringList{"Outside/x", "Tavrin/Orv Collection/a", "Tavrin/top"}));
+    openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Orv Collection")->remove("");
+    EXPECT_EQ(root->allKeys(), (QStringList{"Outside/x", "Tavrin/top"}));
+    maker->remove("");
+    EXPECT_EQ(root->allKeys(), QStringList{"Outside/x"});
+    root->sync();
+    EXPECT_EQ(contentOf(userHive()), "Windows Registry Editor Version 5.00\n\n"
+                                     "[HKEY_CURRENT_USER\\SOFTWARE\\Outside]\n"
+                                     "\"x\"=dword:00000001\n\n");
+}
+
+// The reason why the flows never call clear() on a view.
+TEST_F(RegistrySettingsLinuxTest, ClearOnAViewWouldEmptyTheWholeHive)
+{
+    openRegistryKey("HKEY_CURRENT_USER\\Other")->setValue("x", 1);
+    openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin")->clear();
+    EXPECT_FALSE(openRegistryKey("HKEY_CURRENT_USER\\Other")->contains("x"));
+}
+
+TEST_F(RegistrySettingsLinuxTest, EveryValueKindSurvivesTheFile)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\K]\n\"blob\"=hex:01,02,\\\n  03\n");
+    const QString text = QString::fromUtf8("C:\\Users\\Jürgen \"J\"\nnext — 日本語");
+    {
+        const auto key = openRegistryKey("HKEY_CURRENT_USER\\K");
+        key->setValue("text", text);
+        key->setValue("number", 42);
+        key->setValue("Sub/.", "default");
+        key->setValue("empty", "");
+    }
+    const QSettings::SettingsMap onDisk = registryHive::parse(contentOf(userHive()), "HKEY_CURRENT_USER");
+    EXPECT_EQ(onDisk.value("K/text").toString(), text);
+    EXPECT_EQ(onDisk.value("K/number"), QVariant(42));
+    EXPECT_EQ(onDisk.value("K/Sub/."), QVariant(QString("default")));
+    EXPECT_EQ(onDisk.value("K/empty"), QVariant(QString()));
+    EXPECT_TRUE(contentOf(userHive()).contains("\"blob\"=hex:01,02,\\\n  03\n"));
+}
+
+TEST_F(RegistrySettingsLinuxTest, AHandWrittenHiveReadsAsIntended)
+{
+    writeHive(machineHive(),
+              "Windows Registry Editor Version 5.00\n"
+              "\n"
+              "; Photoshop's own keys\n"
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
+              "\"PluginPath\"=\"C:\\\\Program Files\\\\Adobe\\\\Plug-ins\"\n"
+              "\"Shape\"=hex:de,ad\n"
+              "\n"
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
+              "@=\"/opt/pse/plugins\"\n"
+              "\n"
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n"
+              "\"currentLanguage\"=dword:00000002\n"
+              "\"Quote\"=\"say \\\"hi\\\"\"\n");
+    const auto adobe = openRegistryKey("HKEY_LOCAL_MACHINE\\Software\\Adobe");
+    EXPECT_EQ(adobe->childGroups(), (QStringList{"Photoshop", "Photoshop Elements"}));
+    EXPECT_EQ(adobe->value("Photoshop/120.0/PluginPath").toString(), "C:\\Program Files\\Adobe\\Plug-ins");
+    EXPECT_EQ(adobe->value("Photoshop/120.0/Shape").toString(), "");
+    EXPECT_EQ(adobe->value("Photoshop Elements/16/PluginPath/.").toString(), "/opt/pse/plugins");
+    const auto suite = openRegistryKey(suiteKey);
+    EXPECT_EQ(suite->value("currentLanguage").toInt(), 2);
+    EXPECT_EQ(suite->value("Quote").toString(), "say \"hi\"");
+}
+
+TEST_F(RegistrySettingsLinuxTest, AReadOnlyHiveFolderLosesNothing)
+{
+    const QByteArray before = "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n";
+    writeHive(userHive(), before);
+    const QString folder = QFileInfo(userHive()).path();
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+    {
+        const auto key = openRegistryKey("HKEY_CURRENT_USER\\K");
+        key->setValue("new", "2");
+        key->sync();
+        if (geteuid() != 0) {
+            EXPECT_EQ(key->status(), QSettings::AccessError);
+        }
+    }
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    EXPECT_EQ(openRegistryKey("HKEY_CURRENT_USER\\K")->value("kept").toString(), "1");
+    if (geteuid() != 0) {
+        EXPECT_EQ(contentOf(userHive()), before);
+    }
+}
+
+TEST_F(RegistrySettingsLinuxTest, TwoProcessesWritingOneHiveAtOnceLoseNothing)
+{
+    constexpr int count = 150;
+    QProcess first;
+    QProcess second;
+    for (auto [process, key] : {std::pair{&first, "A"}, std::pair{&second, "B"}}) {
+        process->setProcessEnvironment(machine.environment());
+        process->start(REGISTRY_WRITER,
+                       {QString("HKEY_CURRENT_USER\\Software\\Race\\") + key, QString::number(count)});
+    }
+    ASSERT_TRUE(first.waitForFinished(120000));
+    ASSERT_TRUE(second.waitForFinished(120000));
+    EXPECT_EQ(first.exitCode(), 0);
+    EXPECT_EQ(second.exitCode(), 0);
+    const auto race = openRegistryKey("HKEY_CURRENT_USER\\Software\\Race");
+    EXPECT_EQ(race->allKeys().size(), 2 * count);
+    EXPECT_EQ(race->value("A/149").toInt(), 149);
+    EXPECT_EQ(race->value("B/0").toInt(), 0);
+}

@@ -1,0 +1,86 @@
+#include "RegistrySettings.h"
+
+#include "RegistryHiveFormat.h"
+
+#include <QFileDevice>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStringList>
+
+namespace {
+
+const QString currentUserHive = QStringLiteral("HKEY_CURRENT_USER");
+const QString localMachineHive = QStringLiteral("HKEY_LOCAL_MACHINE");
+const QString hiveFolder = QStringLiteral("/winreg/");
+const QString hiveExtension = QStringLiteral(".reg");
+// A path below a file can never be made, so a hive without a store reads
+// nothing and drops its writes, even for root.
+const QString noStoreFolder = QStringLiteral("/dev/null/");
+
+QString hiveNameOf(const QIODevice &device)
+{
+    const auto *file = qobject_cast<const QFileDevice *>(&device);
+    return file ? QFileInfo(file->fileName()).completeBaseName() : QString();
+}
+
+bool readHive(QIODevice &device, QSettings::SettingsMap &values)
+{
+    values = registryHive::parse(device.readAll(), hiveNameOf(device));
+    return true;
+}
+
+bool writeHive(QIODevice &device, const QSettings::SettingsMap &values)
+{
+    const QByteArray content = registryHive::write(values, hiveNameOf(device));
+    return device.write(content) == content.size();
+}
+
+QSettings::Format hiveFormat()
+{
+    static const QSettings::Format format =
+        QSettings::registerFormat(QStringLiteral("reg"), readHive, writeHive, Qt::CaseInsensitive);
+    return format;
+}
+
+QString orFallback(const QString &folder, const QString &fallback)
+{
+    return folder.isEmpty() ? fallback : folder;
+}
+
+QString hiveFilePath(const QString &hiveName)
+{
+    if (hiveName.compare(currentUserHive, Qt::CaseInsensitive) == 0) {
+        const QString configHome = orFallback(qEnvironmentVariable("XDG_CONFIG_HOME"),
+                                              qEnvironmentVariable("HOME") + QStringLiteral("/.config"));
+        return configHome + hiveFolder + currentUserHive + hiveExtension;
+    }
+    if (hiveName.compare(localMachineHive, Qt::CaseInsensitive) == 0) {
+        const QString firstConfigDir =
+            qEnvironmentVariable("XDG_CONFIG_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts).value(0);
+        return orFallback(firstConfigDir, QStringLiteral("/etc/xdg")) + hiveFolder + localMachineHive +
+               hiveExtension;
+    }
+    return noStoreFolder + hiveName + hiveExtension;
+}
+
+// The existing spelling of a sub-key, as the registry matches names ignoring case.
+QString existingSpelling(const QSettings &settings, const QString &name)
+{
+    for (const QString &group : settings.childGroups()) {
+        if (group.compare(name, Qt::CaseInsensitive) == 0)
+            return group;
+    }
+    return name;
+}
+
+} // namespace
+
+std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
+{
+    QStringList names = registryPath.split(QRegularExpression(QStringLiteral("[\\\\/]")), Qt::SkipEmptyParts);
+    const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
+    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), hiveFormat());
+    for (const QString &name : names)
+        settings->beginGroup(existingSpelling(*settings, name));
+    return settings;
+}

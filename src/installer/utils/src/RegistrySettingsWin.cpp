@@ -1,0 +1,6 @@
+#include "RegistrySettings.h"
+
+std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
+{
+    return std::make_unique<QSettings>(registryPath, QSettings::NativeFormat);
+}
