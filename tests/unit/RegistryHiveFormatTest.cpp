@@ -182,6 +182,13 @@ TEST(RegistryHiveFormatTest, EveryValueKindSurvivesARoundTrip)
     EXPECT_EQ(registryHive::write(parse(text), hklm), text);
 }
 
+TEST(RegistryHiveFormatTest, AnInnerZeroDoesNotCutTheFile)
+{
+    const QSettings::SettingsMap values = {{"K/a", QString::fromUtf16(u"x\0y", 3)}, {"K/b", QString("after")}};
+    EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
+    EXPECT_EQ(parse("\xEF\xBB\xBF" + registryHive::write(values, hklm)), values);
+}
+
 TEST(RegistryHiveFormatTest, WritesOtherTypesAsText)
 {
     const QByteArray text = registryHive::write({{"K/flag", true}, {"K/unsigned", 5u}}, hklm);

@@ -19,13 +19,14 @@ const QRegularExpression rawValuePrefix(QStringLiteral("^[A-Za-z]+(\\([0-9A-Fa-f
 // Lets QVariant compare kept values by their text, as it does strings.
 const bool rawValuesComparable = QMetaType::registerEqualsComparator<RawValue>();
 
+// With explicit lengths: a text value may hold a zero, and the plain
+// QByteArray overload would stop reading the whole file there.
 QString decode(const QByteArray &content)
 {
     if (content.startsWith("\xFF\xFE"))
         return QTextCodec::codecForName("UTF-16LE")->toUnicode(content.mid(2));
-    if (content.startsWith("\xEF\xBB\xBF"))
-        return QString::fromUtf8(content.mid(3));
-    return QString::fromUtf8(content);
+    const int start = content.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    return QString::fromUtf8(content.constData() + start, content.size() - start);
 }
 
 QStringList splitLines(const QString &text)
