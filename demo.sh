@@ -21,4 +21,8 @@ answer=$(run_on_machine "$machine" "$SUITEDEPLOYER_BUILD/src/installer/utils/Sui
 echo "Answer on standard output: $answer"
 echo "Decoded answer:"
 printf '%s' "$answer" | base64 -d | jq .
+log=$(ls -1 "$machine/home/.config/Tavrin/Orv Collection/logs/"*.log | tail -n 1)
+echo "Log of the run: $log"
+echo "Its last lines:"
+tail -n 5 "$log"
 echo "The machine stays in place: $machine"

@@ -8,7 +8,7 @@ BUILD_PACKAGES=(
   qtbase5-dev
   libspdlog-dev libfmt-dev
   libboost-filesystem-dev libboost-system-dev
-  googletest libgtest-dev libgmock-dev
+  googletest libgtest-dev libgmock-dev libbenchmark-dev
 )
 
 # Installs those of the named packages that are not installed yet, and nothing when all are.

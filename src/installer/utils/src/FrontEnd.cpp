@@ -7,6 +7,7 @@
 #include "RequestCodec.h"
 #include "RunningProcesses.h"
 #include "StandardOutput.h"
+#include "logging/Utils.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -16,6 +17,9 @@
 
 namespace {
 
+const std::string logFileName = "SuiteDeployer.log";
+const std::string loggerName = "app";
+constexpr std::uint32_t traceLevel = 0;
 const QString cataloguePath = QStringLiteral(":/PluginsConfiguration.json");
 const QString backgroundKey = QStringLiteral("background");
 // "RectiloGraymere" has no bar inside, so Rectilo and Graymere are only
@@ -43,6 +47,9 @@ int runSuiteDeployer(int &argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
+    // Every run logs, also one that the parser then rejects; where the log
+    // went is in its first line.
+    kelp::logging::initLogging(logFileName, loggerName, traceLevel);
 
     registerEmbeddedResources();
     const ModeOptions options;
