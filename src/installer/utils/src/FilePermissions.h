@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+
+// Adds one access entry to the access list of a named object and keeps the
+// rest of that list. Its one use lets the group "Users" read, write and delete
+// the global collection file:
+//
+//   grantAccess(path, 1 /* SE_FILE_OBJECT */, L"Users", 1 /* TRUSTEE_IS_NAME */,
+//               0xC0010000 /* GENERIC_READ | GENERIC_WRITE | DELETE */, 2 /* SET_ACCESS */,
+//               3 /* OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE */);
+//
+// Gives the Windows error code of the failing step, 0 on success, and 87
+// (ERROR_INVALID_PARAMETER) for a null name. On Windows a failing step prints
+// its message on standard output. On Linux the file gets mode 0666 and its
+// folder mode 0777, the other arguments aren't needed, and a failure gives
+// the errno value without a message.
+std::uint32_t grantAccess(const wchar_t *objectName, std::int32_t objectType, const wchar_t *trustee,
+                          std::int32_t trusteeForm, std::uint32_t accessRights, std::int32_t accessMode,
+                          std::uint32_t inheritance);
