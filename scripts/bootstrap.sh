@@ -5,7 +5,7 @@ SUITEDEPLOYER_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 SUITEDEPLOYER_BUILD="$SUITEDEPLOYER_ROOT/build"
 BUILD_PACKAGES=(
   cmake g++ make
-  qtbase5-dev
+  qtbase5-dev qttools5-dev qttools5-dev-tools
   libspdlog-dev libfmt-dev
   libboost-filesystem-dev libboost-system-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev

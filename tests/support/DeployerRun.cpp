@@ -11,9 +11,15 @@ constexpr int hangGuardMilliseconds = 120000;
 
 DeployerRun runDeployer(const Machine &machine, const QStringList &arguments)
 {
+    return runDeployer(machine.environment(), machine.root(), arguments);
+}
+
+DeployerRun runDeployer(const QProcessEnvironment &environment, const QString &workingFolder,
+                        const QStringList &arguments)
+{
     QProcess process;
-    process.setProcessEnvironment(machine.environment());
-    process.setWorkingDirectory(machine.root());
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(workingFolder);
     process.start(QStringLiteral(SUITEDEPLOYER_BINARY), arguments);
     process.closeWriteChannel();
     DeployerRun run;

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +20,8 @@ struct DeployerRun
 // Runs the binary on the machine and waits for it to end (a run that hangs is
 // killed after two minutes and shows as not exited normally).
 DeployerRun runDeployer(const Machine &machine, const QStringList &arguments);
+DeployerRun runDeployer(const QProcessEnvironment &environment, const QString &workingFolder,
+                        const QStringList &arguments);
 
 // The option value that carries a request object, as the wizard sends it.
 QString encodeRequest(const QJsonObject &request);

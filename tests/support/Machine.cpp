@@ -2,12 +2,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <stdexcept>
 
 namespace {
 
-void writeFile(const QString &path, const QByteArray &content)
+void writeBytes(const QString &path, const QByteArray &content)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
@@ -59,12 +60,18 @@ QProcessEnvironment Machine::environment() const
     return environment;
 }
 
+void Machine::writeFile(const QString &relativePath, const QByteArray &content) const
+{
+    QDir().mkpath(QFileInfo(path(relativePath)).path());
+    writeBytes(path(relativePath), content);
+}
+
 void Machine::installFakeWmic(const QByteArray &output, const QByteArray &errorOutput)
 {
     const QString outputFile = path(QStringLiteral("wmic/stdout"));
     const QString errorFile = path(QStringLiteral("wmic/stderr"));
-    writeFile(outputFile, output);
-    writeFile(errorFile, errorOutput);
+    writeBytes(outputFile, output);
+    writeBytes(errorFile, errorOutput);
     const QString script = QStringLiteral("#!/bin/sh\n"
                                           "printf '%s\\n' \"$@\" > %1\n"
                                           "cat %2\n"
@@ -72,7 +79,7 @@ void Machine::installFakeWmic(const QByteArray &output, const QByteArray &errorO
                                .arg(shellQuoted(path(QStringLiteral("wmic/arguments"))),
                                     shellQuoted(outputFile), shellQuoted(errorFile));
     const QString wmic = path(QStringLiteral("bin/wmic.exe"));
-    writeFile(wmic, script.toUtf8());
+    writeBytes(wmic, script.toUtf8());
     QFile::setPermissions(wmic, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 

@@ -18,6 +18,9 @@ public:
     QString binDir() const;
     QProcessEnvironment environment() const;
 
+    // Writes a file below the machine's root, making its folders.
+    void writeFile(const QString &relativePath, const QByteArray &content) const;
+
     // Puts a wmic.exe on the search path that prints these bytes on its output
     // and error channels and records its arguments, one per line.
     void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {});

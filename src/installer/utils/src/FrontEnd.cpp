@@ -3,6 +3,7 @@
 #include "Catalogue.h"
 #include "CatalogueJson.h"
 #include "EmbeddedResources.h"
+#include "EnvironmentReport.h"
 #include "ModeOptions.h"
 #include "RequestCodec.h"
 #include "RunningProcesses.h"
@@ -63,12 +64,14 @@ int runSuiteDeployer(int &argc, char **argv)
     case Mode::Background:
         printAnswer(backgroundAnswer());
         break;
+    case Mode::Report:
+        printAnswer(environmentReport());
+        break;
     case Mode::Uninstall:
     case Mode::Install:
     case Mode::ResetConfig:
     case Mode::Config:
     case Mode::Samples:
-    case Mode::Report:
         // These modes join as their flows land; until then they do nothing.
         break;
     }

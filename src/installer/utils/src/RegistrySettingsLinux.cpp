@@ -1,6 +1,7 @@
 #include "RegistrySettings.h"
 
 #include "RegistryHiveFormat.h"
+#include "SpecialFolders.h"
 
 #include <QFileDevice>
 #include <QFileInfo>
@@ -42,23 +43,15 @@ QSettings::Format hiveFormat()
     return format;
 }
 
-QString orFallback(const QString &folder, const QString &fallback)
-{
-    return folder.isEmpty() ? fallback : folder;
-}
-
 QString hiveFilePath(const QString &hiveName)
 {
-    if (hiveName.compare(currentUserHive, Qt::CaseInsensitive) == 0) {
-        const QString configHome = orFallback(qEnvironmentVariable("XDG_CONFIG_HOME"),
-                                              qEnvironmentVariable("HOME") + QStringLiteral("/.config"));
-        return configHome + hiveFolder + currentUserHive + hiveExtension;
-    }
+    if (hiveName.compare(currentUserHive, Qt::CaseInsensitive) == 0)
+        return roamingAppDataPath() + hiveFolder + currentUserHive + hiveExtension;
     if (hiveName.compare(localMachineHive, Qt::CaseInsensitive) == 0) {
         const QString firstConfigDir =
             qEnvironmentVariable("XDG_CONFIG_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts).value(0);
-        return orFallback(firstConfigDir, QStringLiteral("/etc/xdg")) + hiveFolder + localMachineHive +
-               hiveExtension;
+        return (firstConfigDir.isEmpty() ? QStringLiteral("/etc/xdg") : firstConfigDir) + hiveFolder +
+               localMachineHive + hiveExtension;
     }
     return noStoreFolder + hiveName + hiveExtension;
 }

@@ -1,0 +1,12 @@
+#include "SpecialFolders.h"
+
+QString roamingAppDataPath()
+{
+    const QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
+    return configHome.isEmpty() ? qEnvironmentVariable("HOME") + QStringLiteral("/.config") : configHome;
+}
+
+QString nativePathTail(const QString &windowsTail)
+{
+    return QString(windowsTail).replace(QLatin1Char('\\'), QLatin1Char('/'));
+}
