@@ -38,12 +38,21 @@ void expectParserRejection(const DeployerRun &run, const QByteArray &message)
 
 } // namespace
 
-TEST_F(CommandLineE2ETest, AnEmptyCommandLineIsARegularCall)
+TEST_F(CommandLineE2ETest, AnEmptyCommandLineGetsTheEnvironmentReport)
 {
     const DeployerRun run = runDeployer(machine, {});
     EXPECT_TRUE(run.exitedNormally);
     EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(decodeAnswer(run.standardOutput).keys(), (QStringList{"currentLocale", "system", "translations"}));
+    EXPECT_FALSE(run.standardOutput.endsWith('\n'));
     EXPECT_FALSE(probeRan());
+}
+
+TEST_F(CommandLineE2ETest, PositionalArgumentsAloneStillGetTheReport)
+{
+    const DeployerRun run = runDeployer(machine, {"x", "y"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(decodeAnswer(run.standardOutput).contains("currentLocale"));
 }
 
 TEST_F(CommandLineE2ETest, ModesWithoutAnswerPrintNothing)
