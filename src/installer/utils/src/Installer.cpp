@@ -1,0 +1,6 @@
+#include "Installer.h"
+
+Installer::Installer(const IPathUtils &pathUtils, const Catalogue &catalogue)
+    : pathUtils(pathUtils), catalogue(catalogue)
+{
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+// A suite root folder as the wizard unpacks it, generated from the embedded
+// catalogue: each product's plug-ins, configuration and settings files and
+// executables in its folder (the current generation's shared below bin), the
+// modules of module products with export presets inside, the shared module in
+// bin/lrplugins and the Zonal Tool's files in bin/automation. Every file holds
+// a short text that names it.
+namespace suiteRoot {
+
+void create(const QString &root);
+
+// The text that create() writes into the file of that name.
+QByteArray contentOf(const QString &fileName);
+
+} // namespace suiteRoot
