@@ -30,7 +30,8 @@ void createProduct(const QString &root, const QJsonObject &product)
     const QString folder = root + "/" + product.value("FolderName").toString();
     const QString execDir = product.contains("ExecDir") ? root + "/" + product.value("ExecDir").toString() : folder;
     writeFile(folder + "/" + product.value("ConfigFile").toString());
-    writeFile(folder + "/" + product.value("SettingsFile").toString());
+    // The settings file is looked for by product name, also for the current generation.
+    writeFile(root + "/" + name + "/" + product.value("SettingsFile").toString());
     for (const QJsonValue &value : product.value("plugins").toArray()) {
         const QJsonObject plugin = value.toObject();
         writeFile(folder + "/" + plugin.value("PhotoshopName").toString());
@@ -44,6 +45,15 @@ void createProduct(const QString &root, const QJsonObject &product)
 
 QByteArray contentOf(const QString &fileName)
 {
+    if (fileName.endsWith(".cfg"))
+        return "<configuration>\n"
+               "    <group name=\"Language\">\n"
+               "        <key name=\"Language\" type=\"string\" value=\"en\"/>\n"
+               "    </group>\n"
+               "    <group name=\"" + fileName.toUtf8() + "\">\n"
+               "        <key name=\"Sharpen\" type=\"bool\" value=\"1\"/>\n"
+               "    </group>\n"
+               "</configuration>\n";
     return "contents of " + fileName.toUtf8() + "\n";
 }
 
@@ -57,6 +67,12 @@ void create(const QString &root)
     writeFile(root + "/bin/automation/Palette/ZonalPalette.8li");
     writeFile(root + "/bin/reversible_util.exe");
     createModule(root + "/bin/lrplugins/PluginParam.lrplugin", "PluginParam");
+    for (const char *picture : {"pictures/Sunset.jpg", "pictures/Harbour.jpg", "pictures/1033/Sign.jpg",
+                                "pictures/1031/Schild.jpg", "pictures/1031/Details/Tafel.jpg",
+                                "pictures/1041/Kanban.jpg", "pictures/readme.txt"})
+        writeFile(root + "/" + picture);
+    writeFile(root + "/appData/Presets/Default.preset");
+    writeFile(root + "/appData/Licenses/Orv.lic");
 }
 
 } // namespace suiteRoot

@@ -18,6 +18,31 @@ class Installer
 public:
     Installer(const IPathUtils &pathUtils, const Catalogue &catalogue);
 
+    // The --install job: on an update the user's old uninstall entries go;
+    // then, for a valid language, the plug-ins go into each distinct host and
+    // the configuration files, the global collection file and the start-menu
+    // links are written, in that order.
+    void fullInstall(const QJsonObject &request) const;
+
+    // Each product's *.cfg with the language written into it, into the user's
+    // local application data (and the wizard's, when that is another
+    // folder), and the suite's Language configuration file.
+    void installCfgFiles(const QJsonArray &plugins, const QString &rootDir, const QString &localAppDataDir,
+                         const QString &language) const;
+
+    // The machine-wide OrvCollection.cfg below ProgramData, open to all users.
+    static void createGlobalCollectionCfgFile(bool mixpanelEnabled, const QString &version);
+
+    // Rebuilds the suite's start-menu folder with a link per listed executable below rootDir.
+    void createStartMenuLinks(const QString &rootDir) const;
+
+    // Copies the sample pictures of the language, then the neutral ones, into
+    // the common pictures folder, and removes them from the suite root.
+    void installSampleImages(const QString &rootDir, int language) const;
+
+    // Merges the suite root's appData into the maker's ProgramData folder and removes it.
+    static void moveAppData(const QString &rootDir);
+
     // Links the products into one Photoshop or Elements plug-in folder, copies
     // their configuration files, removes what wasn't chosen and rebuilds the
     // Zonal Tool folder.

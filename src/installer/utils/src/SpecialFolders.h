@@ -7,6 +7,11 @@
 // $XDG_CONFIG_HOME (default $HOME/.config). Read at each call.
 QString roamingAppDataPath();
 
+// The machine-wide data folder, from the environment variable ProgramData,
+// read at each call. On Linux an unset variable means /var/lib; one that is
+// set and empty stays empty, as on Windows.
+QString programDataPath();
+
 // A path tail as the Windows build writes it ("\Adobe\Lightroom\"), with this
 // system's separator.
 QString nativePathTail(const QString &windowsTail);

@@ -10,3 +10,8 @@ QString nativePathTail(const QString &windowsTail)
 {
     return QString(windowsTail).replace(QLatin1Char('\\'), QLatin1Char('/'));
 }
+
+QString programDataPath()
+{
+    return qEnvironmentVariableIsSet("ProgramData") ? qEnvironmentVariable("ProgramData") : QStringLiteral("/var/lib");
+}

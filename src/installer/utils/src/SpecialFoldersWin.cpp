@@ -15,3 +15,8 @@ QString nativePathTail(const QString &windowsTail)
 {
     return windowsTail;
 }
+
+QString programDataPath()
+{
+    return qEnvironmentVariable("ProgramData");
+}

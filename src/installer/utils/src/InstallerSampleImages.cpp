@@ -1,0 +1,33 @@
+#include "Installer.h"
+
+#include "FileUtils.h"
+#include "LanguageTables.h"
+
+#include <QDirIterator>
+#include <QFile>
+
+namespace {
+
+const QString picturesFolder = QStringLiteral("pictures");
+
+} // namespace
+
+void Installer::installSampleImages(const QString &rootDir, int language) const
+{
+    const QString sourceRoot = rootDir + QDir::separator() + picturesFolder;
+    QDir target(pathUtils.commonPicturesPath() + QStringLiteral("/") + catalogue.sampleFolder());
+    fileUtils::createDir(target);
+
+    // The language's pictures come first: QFile::copy doesn't overwrite, so a
+    // neutral picture of the same name doesn't replace them.
+    const QString languageFolder = sampleLanguageFolders.value(language, defaultSampleLanguageId);
+    pathUtils.findAndProcess(sourceRoot + QStringLiteral("/") + languageFolder, target.absolutePath(),
+                             FileKind::JpgFile, QDir::Files, ProcessAction::Copy);
+    QDirIterator neutral(sourceRoot, QStringList{pathUtils.filePattern(FileKind::JpgFile)}, QDir::Files);
+    while (neutral.hasNext()) {
+        neutral.next();
+        QFile::copy(neutral.filePath(), target.absoluteFilePath(neutral.fileName()));
+    }
+    // The pictures of every language go, not only those that were used.
+    fileUtils::removeDir(QDir(sourceRoot));
+}

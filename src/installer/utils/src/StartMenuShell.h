@@ -1,0 +1,18 @@
+#pragma once
+
+// What the Windows shell needs around a rebuild of the start-menu folder: a
+// COM apartment for the time of the rebuild, a shell-link object per link
+// attempt (made and never used, as the links themselves come from
+// QFile::link), and a notice that the start menus changed. Elsewhere these do
+// nothing.
+class StartMenuShell
+{
+public:
+    StartMenuShell();
+    ~StartMenuShell();
+    StartMenuShell(const StartMenuShell &) = delete;
+    StartMenuShell &operator=(const StartMenuShell &) = delete;
+
+    void createShellLinkObject();
+    void notifyStartMenusChanged();
+};
