@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QSettings>
 #include <QString>
 
 // Carries out the wizard's jobs on the machine. It holds the path utilities
@@ -42,6 +43,16 @@ public:
 
     // Merges the suite root's appData into the maker's ProgramData folder and removes it.
     static void moveAppData(const QString &rootDir);
+
+    // The --config job: records hosts, paths, language and the uninstall
+    // entry in the machine's and the user's settings. Writes no file.
+    void installGlobalSettings(const QJsonObject &request) const;
+
+    // Version, uninstall folder and each product's executable, into the store given.
+    void writeUninstallInfo(const QJsonObject &request, QSettings &settings) const;
+
+    // The product's executable under its orv4.path name, for products that have one.
+    void writeOrv4Path(const QString &productName, const QString &productFolder, QSettings &settings) const;
 
     // Links the products into one Photoshop or Elements plug-in folder, copies
     // their configuration files, removes what wasn't chosen and rebuilds the
