@@ -22,21 +22,22 @@ run_on_machine() {
 }
 
 # What a Photoshop, a Photoshop Elements and a Lightroom leave on a machine:
-# their keys in the machine's registry hive and Lightroom's preferences.
+# their keys in the machine's registry hive (with folders inside the machine)
+# and Lightroom's preferences in the user's roaming folder.
 seed_hosts() {
   local machine=$1
   mkdir -p "$machine/etc/xdg/winreg" "$machine/home/.config/Adobe/Lightroom/Preferences"
-  cat >"$machine/etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg" <<'HIVE'
+  cat >"$machine/etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg" <<HIVE
 Windows Registry Editor Version 5.00
 
-[HKEY_LOCAL_MACHINE\SOFTWARE\Adobe\Photoshop\120.0]
-"ApplicationPath"="C:\\Program Files\\Adobe\\Adobe Photoshop CC 2018\\"
+[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]
+"ApplicationPath"="$machine/Program Files/Adobe/Adobe Photoshop CC 2018/"
 
-[HKEY_LOCAL_MACHINE\SOFTWARE\Adobe\Photoshop Elements\16\PluginPath]
-@="C:\\Program Files\\Adobe\\Photoshop Elements 2018\\Plug-Ins"
+[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]
+@="$machine/Program Files/Adobe/Photoshop Elements 2018/Plug-Ins"
 
-[HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion]
-"CommonFilesDir"="C:\\Program Files\\Common Files"
+[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion]
+"CommonFilesDir"="$machine/Program Files/Common Files"
 HIVE
   : >"$machine/home/.config/Adobe/Lightroom/Preferences/Lightroom Classic CC 7 Preferences.agprefs"
 }

@@ -17,10 +17,16 @@ DeployerRun runDeployer(const Machine &machine, const QStringList &arguments)
 DeployerRun runDeployer(const QProcessEnvironment &environment, const QString &workingFolder,
                         const QStringList &arguments)
 {
+    return runProgram(QStringLiteral(SUITEDEPLOYER_BINARY), environment, workingFolder, arguments);
+}
+
+DeployerRun runProgram(const QString &program, const QProcessEnvironment &environment, const QString &workingFolder,
+                       const QStringList &arguments)
+{
     QProcess process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(workingFolder);
-    process.start(QStringLiteral(SUITEDEPLOYER_BINARY), arguments);
+    process.start(program, arguments);
     process.closeWriteChannel();
     DeployerRun run;
     if (!process.waitForFinished(hangGuardMilliseconds)) {

@@ -23,6 +23,10 @@ DeployerRun runDeployer(const Machine &machine, const QStringList &arguments);
 DeployerRun runDeployer(const QProcessEnvironment &environment, const QString &workingFolder,
                         const QStringList &arguments);
 
+// Runs any program the way runDeployer runs the tool, for example the tool under another user.
+DeployerRun runProgram(const QString &program, const QProcessEnvironment &environment, const QString &workingFolder,
+                       const QStringList &arguments);
+
 // The option value that carries a request object, as the wizard sends it.
 QString encodeRequest(const QJsonObject &request);
 
