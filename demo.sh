@@ -38,14 +38,26 @@ step() {
   fi
 }
 
-# What lies on the machine outside the suite root, one line per file or link.
-show_machine() {
-  echo "   -- $1"
-  (cd "$machine" && find . \( -path ./suite -o -path ./bin -o -path ./home/.config/Tavrin \) -prune -o \
-    \( -type f -o -type l \) -print | sort | sed 's/^/   /')
+# Every file and link on the machine but the demo's own tools and logs.
+machine_files() {
+  (cd "$machine" && find . \( -path ./bin -o -path ./home/.config/Tavrin \) -prune -o \( -type f -o -type l \) -print |
+    sed 's|^\./||' | sort)
+}
+
+# What the last step added and removed, counted by the folder it lies in.
+show_changes() {
+  local after
+  after=$(machine_files)
+  summarize() { awk -F/ -v sign="$1" '{ n = NF > 4 ? 4 : NF - 1; p = $1; for (i = 2; i <= n; i++) p = p "/" $i;
+    count[p]++ } END { for (p in count) printf "   %s %4d  %s/\n", sign, count[p], p }' | sort -k3; }
+  echo "   changes on the machine:"
+  comm -13 <(printf '%s\n' "$before") <(printf '%s\n' "$after") | grep . | summarize + || true
+  comm -23 <(printf '%s\n' "$before") <(printf '%s\n' "$after") | grep . | summarize - || true
+  before=$after
 }
 
 echo "Machine: $machine"
+before=$(machine_files)
 step
 hosts=$(printf '%s' "$answer" | base64 -d | jq -c .system.hosts)
 step --background
@@ -55,13 +67,17 @@ request=$(jq -n --arg root "$machine/suite" --argjson hosts "$hosts" --argjson p
   '{rootDir: $root, hosts: $hosts, plugins: $plugins, language: 1, version: "4.2.0",
     mixpanelEnabled: true, isUpdate: "false", localAppDataDir: ""}')
 step --install "$request"
-show_machine "after the installation"
+show_changes
 step --config "$request"
-show_machine "after the records (the hive files are under etc/xdg and home/.config/winreg)"
+show_changes
+echo "   the machine's hive file now:"
+awk 'NF { print "     " $0 }' "$machine/etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg"
 step --uninstall '{"keepPreferences": "true"}'
-show_machine "after the uninstallation, keeping preferences"
+show_changes
 step --resetConfig '{}'
-show_machine "after the settings reset"
+show_changes
+echo "   left on the machine outside the suite root:"
+machine_files | grep -v '^suite/' | sed 's/^/     /'
 
 log=$(ls -1 "$machine/home/.config/Tavrin/Orv Collection/logs/"*.log | tail -n 1)
 echo
