@@ -1,8 +1,16 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test; the exit code is the tests' result.
+# Installs what is missing, builds, and runs every test: the plain build's, the
+# fuzzers for a short while, and the whole suite again under AddressSanitizer and
+# UndefinedBehaviorSanitizer. The exit code is the result of all three.
 set -euo pipefail
 source "$(dirname "$0")/scripts/bootstrap.sh"
 
-ensure_packages "${BUILD_PACKAGES[@]}"
+ensure_packages "${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}"
 build_project
 ctest --test-dir "$SUITEDEPLOYER_BUILD" --output-on-failure -j"$(nproc)"
+
+"$SUITEDEPLOYER_ROOT/scripts/fuzz.sh" 15
+
+sanitized="$SUITEDEPLOYER_ROOT/build-sanitize"
+build_project "$sanitized" -DSUITEDEPLOYER_SANITIZE=ON -DSUITEDEPLOYER_BUILD_BENCH=OFF
+ctest --test-dir "$sanitized" --output-on-failure -j"$(nproc)"

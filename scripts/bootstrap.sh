@@ -10,6 +10,8 @@ BUILD_PACKAGES=(
   libboost-filesystem-dev libboost-system-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
 )
+# The fuzzers need clang with its libFuzzer runtime.
+FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 
 # Installs those of the named packages that are not installed yet, and nothing when all are.
 ensure_packages() {
@@ -27,7 +29,10 @@ ensure_packages() {
     apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
+# Builds into build/, or with arguments into that folder with those cache settings.
 build_project() {
-  cmake -S "$SUITEDEPLOYER_ROOT" -B "$SUITEDEPLOYER_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo
-  cmake --build "$SUITEDEPLOYER_BUILD" -j"$(nproc)"
+  local folder=${1:-$SUITEDEPLOYER_BUILD}
+  [ $# -gt 0 ] && shift
+  cmake -S "$SUITEDEPLOYER_ROOT" -B "$folder" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@"
+  cmake --build "$folder" -j"$(nproc)"
 }

@@ -189,6 +189,33 @@ TEST(RegistryHiveFormatTest, AnInnerZeroDoesNotCutTheFile)
     EXPECT_EQ(parse("\xEF\xBB\xBF" + registryHive::write(values, hklm)), values);
 }
 
+TEST(RegistryHiveFormatTest, SlashesInNamesNestAsQSettingsReadsThem)
+{
+    const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\A/B\\\\C]\n\"x/y\"=\"1\"\n\"p\\\\q\"=\"2\"\n");
+    EXPECT_EQ(values.keys(), (QStringList{"A/B/C/p/q", "A/B/C/x/y"}));
+    EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
+}
+
+TEST(RegistryHiveFormatTest, OnlyIndentedLinesContinueABinaryValue)
+{
+    const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\K]\n\"bin\"=hex:00,01,\\\n\"next\"=\"kept\"\n");
+    EXPECT_EQ(values.value("K/bin").value<RawValue>().text, "hex:00,01,\\");
+    EXPECT_EQ(values.value("K/next").toString(), "kept");
+    EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
+}
+
+TEST(RegistryHiveFormatTest, CarriageReturnsAtALineEndAreNotPartOfTheValue)
+{
+    const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\K]\r\r\n\"bin\"=hex:00,\\\r\n  01\r\r\n");
+    EXPECT_EQ(values.value("K/bin").value<RawValue>().text, "hex:00,\\\n  01");
+    EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
+}
+
+TEST(RegistryHiveFormatTest, ANameWithALineBreakIsSkipped)
+{
+    EXPECT_EQ(parse("[HKEY_LOCAL_MACHINE\\K]\n\"two\\nlines\"=\"x\"\n\"one\"=\"y\"\n").keys(), QStringList{"K/one"});
+}
+
 TEST(RegistryHiveFormatTest, WritesOtherTypesAsText)
 {
     const QByteArray text = registryHive::write({{"K/flag", true}, {"K/unsigned", 5u}}, hklm);

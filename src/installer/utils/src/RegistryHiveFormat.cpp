@@ -15,6 +15,9 @@ namespace {
 
 const QString header = QStringLiteral("Windows Registry Editor Version 5.00");
 const QString defaultValueName = QStringLiteral(".");
+// QSettings takes both as separators of a key path, so a name holding one is
+// read as nested names, the same way the writer will write it back.
+const QRegularExpression nameSeparators(QStringLiteral("[\\\\/]"));
 const QRegularExpression rawValuePrefix(QStringLiteral("^[A-Za-z]+(\\([0-9A-Fa-f]+\\))?:"));
 // Lets QVariant compare kept values by their text, as it does strings.
 const bool rawValuesComparable = QMetaType::registerEqualsComparator<RawValue>();
@@ -29,11 +32,13 @@ QString decode(const QByteArray &content)
     return QString::fromUtf8(content.constData() + start, content.size() - start);
 }
 
+// Every carriage return at a line's end goes: the writer ends lines with a
+// bare line feed, so one kept here would not be read back the same.
 QStringList splitLines(const QString &text)
 {
     QStringList lines = text.split(QLatin1Char('\n'));
     for (QString &line : lines) {
-        if (line.endsWith(QLatin1Char('\r')))
+        while (line.endsWith(QLatin1Char('\r')))
             line.chop(1);
     }
     return lines;
@@ -100,7 +105,7 @@ private:
         inSection_ = false;
         if (!line.endsWith(QLatin1Char(']')))
             return;
-        QStringList names = line.mid(1, line.size() - 2).split(QLatin1Char('\\'), Qt::SkipEmptyParts);
+        QStringList names = line.mid(1, line.size() - 2).split(nameSeparators, Qt::SkipEmptyParts);
         if (names.isEmpty() || names.takeFirst().compare(hiveName_, Qt::CaseInsensitive) != 0)
             return;
         keyPath_ = spelledKeyPath(names);
@@ -132,7 +137,11 @@ private:
         const std::optional<QVariant> value = readData(line.mid(position + 1).trimmed());
         if (!inSection_ || !value)
             return;
-        const QString key = keyPath_.isEmpty() ? *name : keyPath_ + QLatin1Char('/') + *name;
+        const QString valueName = name->split(nameSeparators, Qt::SkipEmptyParts).join(QLatin1Char('/'));
+        // A line break could not be written back where the name becomes a key's.
+        if (valueName.isEmpty() || valueName.contains(QLatin1Char('\n')) || valueName.contains(QLatin1Char('\r')))
+            return;
+        const QString key = keyPath_.isEmpty() ? valueName : keyPath_ + QLatin1Char('/') + valueName;
         if (seenValues_.contains(key.toLower()))
             return;
         seenValues_.insert(key.toLower());
@@ -161,12 +170,18 @@ private:
         return std::nullopt;
     }
 
-    // Binary values go on over lines that end in a backslash.
+    // Binary values go on over lines that end in a backslash; the lines that
+    // continue them are indented, so a value or section line never does.
     QString rawWithContinuation(QString raw)
     {
-        while (raw.endsWith(QLatin1Char('\\')) && line_ + 1 < lines_.size())
+        while (raw.endsWith(QLatin1Char('\\')) && line_ + 1 < lines_.size() && isContinuation(lines_.at(line_ + 1)))
             raw += QLatin1Char('\n') + lines_.at(++line_);
         return raw;
+    }
+
+    static bool isContinuation(const QString &line)
+    {
+        return !line.trimmed().isEmpty() && (line.startsWith(QLatin1Char(' ')) || line.startsWith(QLatin1Char('\t')));
     }
 
     const QStringList lines_;
