@@ -196,6 +196,13 @@ TEST(RegistryHiveFormatTest, SlashesInNamesNestAsQSettingsReadsThem)
     EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
 }
 
+TEST(RegistryHiveFormatTest, KeysInValueNamesTakeTheFirstSpelling)
+{
+    const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\K]\n\"Sub/a\"=\"1\"\n\"SUB/b\"=\"2\"\n[HKEY_LOCAL_MACHINE\\k\\sub]\n\"c\"=\"3\"\n");
+    EXPECT_EQ(values.keys(), (QStringList{"K/Sub/a", "K/Sub/b", "K/Sub/c"}));
+    EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
+}
+
 TEST(RegistryHiveFormatTest, OnlyIndentedLinesContinueABinaryValue)
 {
     const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\K]\n\"bin\"=hex:00,01,\\\n\"next\"=\"kept\"\n");

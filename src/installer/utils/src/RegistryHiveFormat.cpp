@@ -108,7 +108,8 @@ private:
         QStringList names = line.mid(1, line.size() - 2).split(nameSeparators, Qt::SkipEmptyParts);
         if (names.isEmpty() || names.takeFirst().compare(hiveName_, Qt::CaseInsensitive) != 0)
             return;
-        keyPath_ = spelledKeyPath(names);
+        sectionNames_ = names;
+        spelledKeyPath(names);
         inSection_ = true;
     }
 
@@ -137,11 +138,14 @@ private:
         const std::optional<QVariant> value = readData(line.mid(position + 1).trimmed());
         if (!inSection_ || !value)
             return;
-        const QString valueName = name->split(nameSeparators, Qt::SkipEmptyParts).join(QLatin1Char('/'));
+        QStringList names = name->split(nameSeparators, Qt::SkipEmptyParts);
         // A line break could not be written back where the name becomes a key's.
-        if (valueName.isEmpty() || valueName.contains(QLatin1Char('\n')) || valueName.contains(QLatin1Char('\r')))
+        if (names.isEmpty() || name->contains(QLatin1Char('\n')) || name->contains(QLatin1Char('\r')))
             return;
-        const QString key = keyPath_.isEmpty() ? valueName : keyPath_ + QLatin1Char('/') + valueName;
+        const QString valueName = names.takeLast();
+        // The names before a separator are keys, spelled as the keys met before them.
+        const QString keyPath = spelledKeyPath(sectionNames_ + names);
+        const QString key = keyPath.isEmpty() ? valueName : keyPath + QLatin1Char('/') + valueName;
         if (seenValues_.contains(key.toLower()))
             return;
         seenValues_.insert(key.toLower());
@@ -188,7 +192,7 @@ private:
     const QString hiveName_;
     int line_ = 0;
     bool inSection_ = false;
-    QString keyPath_;
+    QStringList sectionNames_;
     QHash<QString, QString> keySpellings_;
     QSet<QString> seenValues_;
     QSettings::SettingsMap values_;
