@@ -1,0 +1,213 @@
+#!/usr/bin/env bash
+# How the time of `SuiteDeployer --install` grows with the suite root, against
+# `cp -a` of the same tree measured in the same run.
+#
+# For each size a fresh machine with a Photoshop, an Elements and a Lightroom
+# gets a suite root from make_suite_root, grown to that many files by
+# grow-suite-root.sh (plug-ins, module files, pictures, application data and a
+# few executables in a fixed mix). The suite root is copied with `cp -a` to a
+# fresh folder, then all twelve products are installed, in language 1, into
+# the hosts that the report (the tool without option) finds. Each size runs
+# RUNS times, each time on a fresh machine; the table shows the medians, the
+# highest peak resident memory of the tool, and how the time grows from one
+# size to the next against the number of files (linear growth gives the same
+# factor in both columns). For the last run of each size the tool's log splits
+# its time into the steps of the installation.
+#
+#   bench/install-scale.sh                      # 1,000, 4,000 and 16,000 files, 3 runs each
+#   SIZES="1000 8000" RUNS=5 bench/install-scale.sh
+#   BUILD_DIR=/tmp/other-build bench/install-scale.sh   # build and measure there
+#   KEEP_MACHINES=1 bench/install-scale.sh      # leave the machines for a look
+#   TMPDIR=/mnt/scratch bench/install-scale.sh  # machines on another file system
+#
+# The wall times depend on the file system of the machines as much as on the
+# tool: every picture and configuration file that the tool copies is synced to
+# the disk, and an ext4 without a journal makes new inodes slowly for a minute
+# after many files were deleted (the tool deletes the suite root's pictures,
+# application data and shared module). The header names the file system; the
+# CPU column and a run on tmpfs show the tool's own share.
+set -euo pipefail
+source "$(dirname "$0")/../scripts/bootstrap.sh"
+source "$SUITEDEPLOYER_ROOT/scripts/machine.sh"
+
+ensure_packages "${BUILD_PACKAGES[@]}" time jq
+SUITEDEPLOYER_BUILD=${BUILD_DIR:-$SUITEDEPLOYER_BUILD}
+build_project >/dev/null
+
+export LC_NUMERIC=C
+read -r -a sizes <<<"${SIZES:-1000 4000 16000}"
+runs=${RUNS:-3}
+deployer="$SUITEDEPLOYER_BUILD/src/installer/utils/SuiteDeployer"
+catalogue="$SUITEDEPLOYER_ROOT/src/installer/utils/resources/PluginsConfiguration.json"
+products=$(jq -c '[.Defaults[].ProductName]' "$catalogue")
+logs_tail="home/.config/Tavrin/Orv Collection/logs"
+
+# Nothing is deleted before the end, the copies of cp -a neither: on an ext4
+# without a journal a new inode passes over those freed in the last minute, so
+# a large deletion slows down the file creation that follows it.
+machines=()
+measures=$(mktemp -d "${TMPDIR:-/tmp}/install-scale.XXXXXX")
+cleanup() {
+  local machine
+  rm -rf "$measures"
+  if [ -n "${KEEP_MACHINES:-}" ]; then
+    [ ${#machines[@]} -eq 0 ] || printf 'machine left in place: %s\n' "${machines[@]}" >&2
+    return
+  fi
+  for machine in "${machines[@]}"; do rm -rf "$machine"; done
+}
+trap cleanup EXIT
+
+# timed OUT MACHINE COMMAND...: runs the command on the machine, from its
+# folder, under GNU time, after the disk has caught up with earlier writes.
+# OUT.time gets GNU time's report and OUT "wall user sys peak-KiB start end",
+# the wall time taken by the shell to the microsecond.
+timed() {
+  local out=$1 machine=$2 start end status=0
+  shift 2
+  sync
+  start=$EPOCHREALTIME
+  (cd "$machine" && run_on_machine "$machine" /usr/bin/time -v -o "$out.time" "$@" >"$out.stdout" 2>"$out.stderr") ||
+    status=$?
+  end=$EPOCHREALTIME
+  if [ "$status" -ne 0 ]; then
+    echo "failed: $*" >&2
+    cat "$out.stderr" "$out.time" >&2
+    return 1
+  fi
+  awk -v start="$start" -v end="$end" -F': ' '
+    /User time/ { user = $2 } /System time/ { sys = $2 } /Maximum resident set size/ { rss = $2 }
+    END { printf "%.6f %s %s %s %s %s\n", end - start, user, sys, rss, start, end }' "$out.time" >"$out"
+}
+
+# Files and links on the machine outside the suite root and the tool's logs.
+machine_entries() {
+  find "$1" \( -path "$1/suite" -o -path "$1/$logs_tail" \) -prune -o \( -type f -o -type l \) -print | wc -l
+}
+
+# The epoch seconds of a log line's time stamp, "[2024-03-09 14:05:33.123] ...".
+stamp_seconds() {
+  local stamp=${1:1:23}
+  date -d "$stamp" +%s.%N
+}
+
+# steps LOG START END: the seconds of each step of one installation. A step
+# runs from its first log line to the first line of the next one: the start-up
+# from the process start, each host in the order of the request, the
+# configuration files, the global file with the start-menu links, and last the
+# pictures and the application data, which log nothing, up to the process end.
+steps() {
+  local log=$1 start=$2 end=$3 line previous_name name
+  local -a names=() marks=()
+  while IFS= read -r line; do
+    case $line in
+      *"Logger 'app' registered"*) name="start-up" ;;
+      *"] Installing PS(E) plugin "*" to "*"/Program Files/Common Files/"*) name="Photoshop" ;;
+      *"] Installing PS(E) plugin "*" to "*"/Photoshop Elements "*) name="Elements" ;;
+      *"] Installing lightroom module plugin "*"/PluginParam.lrplugin to "*) name="Lightroom" ;;
+      *"] Text file created "*"/suite/"*".cfg with content"*) name="configuration files" ;;
+      *"] Text file created "*"/ProgramData/"*) name="global file, start menu" ;;
+      *) continue ;;
+    esac
+    [ "$name" = "${previous_name:-}" ] && continue
+    names+=("$name")
+    marks+=("$(stamp_seconds "$line")")
+    previous_name=$name
+  done < <(grep -a -E "registered|Installing PS\(E\) plugin|Installing lightroom module plugin|Text file created" "$log")
+  names[0]="start-up"
+  marks[0]=$start
+  names+=("pictures, application data")
+  marks+=("$(stamp_seconds "$(grep -a "^\\[" "$log" | tail -n 1)")")
+  marks+=("$end")
+  local i
+  for ((i = 0; i < ${#names[@]}; i++)); do
+    awk -v name="${names[i]}" -v from="${marks[i]}" -v to="${marks[i + 1]}" \
+      'BEGIN { printf "         %-28s %8.3f s\n", name, to - from }'
+  done
+}
+
+# The device and type of the file system that holds the folder, for an ext4
+# with whether it has a journal (the kernel lists the journals it runs).
+file_system() {
+  local source type journal=
+  read -r source type < <(df --output=source,fstype "$1" | tail -n 1)
+  if [ "$type" = ext4 ]; then
+    if compgen -G "/proc/fs/jbd2/${source#/dev/}-*" >/dev/null; then journal=", journal"; else journal=", no journal"; fi
+  fi
+  echo "$source ($type$journal)"
+}
+
+median() {
+  printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print NR % 2 ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
+}
+
+# Other work on the machine shows in the wall times: the table names the load.
+read -r load _ _ _ _ </proc/loadavg
+declare -A files_of install_of cpu_of copy_of rss_of
+for size in "${sizes[@]}"; do
+  install_times=() cpu_times=() copy_times=() peak=0
+  for ((run = 1; run <= runs; run++)); do
+    machine=$(new_machine)
+    machines+=("$machine")
+    seed_hosts "$machine"
+    "$SUITEDEPLOYER_BUILD/tests/make_suite_root" "$machine/suite"
+    files=$("$SUITEDEPLOYER_ROOT/bench/grow-suite-root.sh" "$machine/suite" "$size")
+
+    timed "$measures/copy" "$machine" cp -a "$machine/suite" "$measures/copy-$size-$run"
+
+    answer=$(cd "$machine" && run_on_machine "$machine" env LC_ALL=C.UTF-8 "$deployer" 2>/dev/null)
+    hosts=$(printf '%s' "$answer" | base64 -d | jq -c .system.hosts)
+    if [ "$(jq length <<<"$hosts")" -ne 3 ]; then
+      echo "the report found other hosts than a Photoshop, an Elements and a Lightroom: $hosts" >&2
+      exit 1
+    fi
+    # The report's log would share the file of an installation in the same second.
+    mv "$machine/$logs_tail" "$machine/$logs_tail.report"
+    request=$(jq -nc --arg root "$machine/suite" --argjson hosts "$hosts" --argjson plugins "$products" \
+      '{rootDir: $root, hosts: $hosts, plugins: $plugins, language: 1, version: "4.2.0",
+        mixpanelEnabled: true, isUpdate: "false", localAppDataDir: ""}')
+    before=$(machine_entries "$machine")
+    timed "$measures/install" "$machine" env LC_ALL=C.UTF-8 "$deployer" --install \
+      "$(printf '%s' "$request" | base64 -w0)"
+    made=$(($(machine_entries "$machine") - before))
+
+    read -r copy_wall _ <"$measures/copy"
+    read -r wall user sys rss start end <"$measures/install"
+    install_times+=("$wall")
+    cpu_times+=("$(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }')")
+    copy_times+=("$copy_wall")
+    if [ "$rss" -gt "$peak" ]; then peak=$rss; fi
+    printf '%6d files, run %d/%d: --install %.3f s (user %s s, sys %s s, %.1f MiB), cp -a %.3f s, %d files and links made\n' \
+      "$files" "$run" "$runs" "$wall" "$user" "$sys" "$(awk -v k="$rss" 'BEGIN { print k / 1024 }')" \
+      "$copy_wall" "$made"
+    if [ "$run" -eq "$runs" ]; then
+      echo "       steps of this run, from the tool's log:"
+      logs=("$machine/$logs_tail/"*.log)
+      steps "${logs[-1]}" "$start" "$end"
+    fi
+  done
+  files_of[$size]=$files
+  install_of[$size]=$(median "${install_times[@]}")
+  cpu_of[$size]=$(median "${cpu_times[@]}")
+  copy_of[$size]=$(median "${copy_times[@]}")
+  rss_of[$size]=$peak
+done
+
+echo
+echo "SuiteDeployer --install against cp -a: medians of $runs run(s) per size on fresh machines, $(nproc) cores,"
+echo "machines on $(file_system "$measures"), load average before: $load;"
+echo "CPU is the tool's user + system time, peak RSS the highest of the runs."
+printf '%8s %12s %8s %10s %8s %14s %12s %12s %12s\n' files "--install s" "CPU s" "cp -a s" ratio "peak RSS MiB" \
+  "time growth" "cp growth" "file growth"
+previous=
+for size in "${sizes[@]}"; do
+  awk -v f="${files_of[$size]}" -v i="${install_of[$size]}" -v u="${cpu_of[$size]}" -v c="${copy_of[$size]}" \
+    -v r="${rss_of[$size]}" -v pf="${previous:+${files_of[$previous]}}" \
+    -v pi="${previous:+${install_of[$previous]}}" -v pc="${previous:+${copy_of[$previous]}}" '
+    BEGIN {
+      growth = pf == "" ? sprintf("%12s %12s %12s", "-", "-", "-") \
+                        : sprintf("%11.2fx %11.2fx %11.2fx", i / pi, c / pc, f / pf)
+      printf "%8d %12.3f %8.2f %10.3f %7.1fx %14.1f %s\n", f, i, u, c, i / c, r / 1024, growth
+    }'
+  previous=$size
+done
