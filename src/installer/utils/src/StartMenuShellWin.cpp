@@ -3,6 +3,8 @@
 #include <objbase.h>
 #include <shlobj.h>
 
+#include <initializer_list>
+
 StartMenuShell::StartMenuShell()
 {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
