@@ -2,15 +2,12 @@
 #include "Machine.h"
 #include "MachineLog.h"
 #include "RegistryHiveFormat.h"
+#include "UnprivilegedRun.h"
 
 #include <QFile>
-#include <QStandardPaths>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-
-#include <unistd.h>
 
 namespace {
 
@@ -102,20 +99,8 @@ TEST_F(ResetConfigE2ETest, ASecondRunChangesNothing)
 TEST_F(ResetConfigE2ETest, WithoutMachineRightsOnlyTheUsersKeysGo)
 {
     const QString folder = QFileInfo(machine.path(machineHive)).path();
-    QStringList arguments = {"--resetConfig", "x"};
-    QString program = SUITEDEPLOYER_BINARY;
-    if (geteuid() == 0) {
-        // Root may write anywhere: run as an ordinary user who owns only the home.
-        const QString setpriv = QStandardPaths::findExecutable("setpriv");
-        ASSERT_FALSE(setpriv.isEmpty());
-        QFile::setPermissions(machine.root(), QFile::permissions(machine.root()) | QFile::ExeOther | QFile::ReadOther);
-        ASSERT_EQ(std::system(("chown -R 65534:65534 '" + machine.path("home") + "'").toUtf8().constData()), 0);
-        arguments = QStringList{"--reuid=65534", "--regid=65534", "--clear-groups", "--", program} + arguments;
-        program = setpriv;
-    } else {
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
-    }
-    reset(runProgram(program, machine.environment(), machine.root(), arguments));
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
+    reset(runDeployerWithoutRights(machine, {"home"}, {"--resetConfig", "x"}));
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(contentOf(machineHive), machineHiveText);
     EXPECT_EQ(keysOf(userHive, "HKEY_CURRENT_USER"), userKeysAfterReset);

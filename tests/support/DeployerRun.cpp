@@ -3,25 +3,20 @@
 #include <QJsonDocument>
 #include <QProcess>
 
-namespace {
-
-constexpr int hangGuardMilliseconds = 120000;
-
-} // namespace
-
 DeployerRun runDeployer(const Machine &machine, const QStringList &arguments)
 {
     return runDeployer(machine.environment(), machine.root(), arguments);
 }
 
 DeployerRun runDeployer(const QProcessEnvironment &environment, const QString &workingFolder,
-                        const QStringList &arguments)
+                        const QStringList &arguments, int hangGuardMilliseconds)
 {
-    return runProgram(QStringLiteral(SUITEDEPLOYER_BINARY), environment, workingFolder, arguments);
+    return runProgram(QStringLiteral(SUITEDEPLOYER_BINARY), environment, workingFolder, arguments,
+                      hangGuardMilliseconds);
 }
 
 DeployerRun runProgram(const QString &program, const QProcessEnvironment &environment, const QString &workingFolder,
-                       const QStringList &arguments)
+                       const QStringList &arguments, int hangGuardMilliseconds)
 {
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -30,6 +25,8 @@ DeployerRun runProgram(const QString &program, const QProcessEnvironment &enviro
     process.closeWriteChannel();
     DeployerRun run;
     if (!process.waitForFinished(hangGuardMilliseconds)) {
+        // Also a program that never started ends here, without hanging.
+        run.hung = process.state() != QProcess::NotRunning;
         process.kill();
         process.waitForFinished();
         return run;

@@ -25,6 +25,16 @@ QString shellQuoted(const QString &text)
 
 Machine::Machine()
 {
+    makeFolders();
+}
+
+Machine::Machine(const QString &parentFolder) : dir_(parentFolder + QStringLiteral("/machine-XXXXXX"))
+{
+    makeFolders();
+}
+
+void Machine::makeFolders() const
+{
     if (!dir_.isValid())
         throw std::runtime_error("cannot make a temporary folder");
     for (const char *folder : {"home/.config", "home/.local/share", "etc/xdg", "usr/share",

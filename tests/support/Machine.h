@@ -12,6 +12,8 @@ class Machine
 {
 public:
     Machine();
+    // A machine in a folder of the test's own, beside whatever else the test keeps there.
+    explicit Machine(const QString &parentFolder);
 
     QString root() const;
     QString path(const QString &relativePath) const;
@@ -27,5 +29,7 @@ public:
     QString fakeWmicArguments() const;
 
 private:
+    void makeFolders() const;
+
     QTemporaryDir dir_;
 };

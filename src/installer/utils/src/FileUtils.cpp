@@ -18,9 +18,12 @@ bool removeLink(const QString &path)
 
 void fileUtils::createDir(QDir &dir)
 {
-    if (dir.exists())
+    // Windows resolves ".." as text, and so does this: a path that climbs
+    // through a missing folder must not make that folder on the way.
+    const QDir resolved(dir.absolutePath());
+    if (resolved.exists())
         return;
-    if (!dir.mkpath(QStringLiteral(".")))
+    if (!resolved.mkpath(QStringLiteral(".")))
         KELP_LOG_WARN("Failed to create directory {}", dir.path().toStdString());
 }
 
@@ -48,6 +51,11 @@ void fileUtils::removeDir(QDir dir)
     const bool removed = entry.isSymLink() ? removeLink(entry.filePath()) : dir.removeRecursively();
     if (!removed)
         KELP_LOG_WARN("Failed to completely delete folder {}", dir.path().toStdString());
+}
+
+bool fileUtils::isWalkable(const QString &folder)
+{
+    return !folder.contains(QChar::Null);
 }
 
 void fileUtils::removeFile(QFile &&file)

@@ -14,4 +14,9 @@ void createTextFile(QFile &&file, const QString &content);
 void removeDir(QDir dir);
 void removeFile(QFile &&file);
 
+// Whether a folder can be walked at all. A path with a NUL character names no
+// file: Qt refuses it for every file action, but a recursive QDirIterator on
+// it lists the folder before the NUL over and over and never comes back.
+bool isWalkable(const QString &folder);
+
 } // namespace fileUtils

@@ -18,18 +18,21 @@ void Installer::createStartMenuLinks(const QString &rootDir) const
     fileUtils::createDir(startMenu);
     KELP_LOG_INFO("going to create start menu links at {}", startMenu.absolutePath().toStdString());
 
-    QDirIterator executables(rootDir, QStringList{pathUtils.filePattern(FileKind::ExeFile)}, QDir::Files,
-                             QDirIterator::Subdirectories);
-    while (executables.hasNext()) {
-        const QString executable = executables.next();
-        const QString linkName = startMenuLinkFileName(executables.fileName());
-        if (linkName.isEmpty())
-            continue;
-        const QString linkPath = startMenu.absoluteFilePath(linkName);
-        KELP_LOG_INFO("Creating link from {} to {}", executable.toStdString(), linkPath.toStdString());
-        if (!QFile::link(executable, linkPath))
-            KELP_LOG_WARN("Failed to create link from {} to {}", executable.toStdString(), linkPath.toStdString());
-        shell.createShellLinkObject();
+    if (fileUtils::isWalkable(rootDir)) {
+        QDirIterator executables(rootDir, QStringList{pathUtils.filePattern(FileKind::ExeFile)}, QDir::Files,
+                                 QDirIterator::Subdirectories);
+        while (executables.hasNext()) {
+            const QString executable = executables.next();
+            const QString linkName = startMenuLinkFileName(executables.fileName());
+            if (linkName.isEmpty())
+                continue;
+            const QString linkPath = startMenu.absoluteFilePath(linkName);
+            KELP_LOG_INFO("Creating link from {} to {}", executable.toStdString(), linkPath.toStdString());
+            if (!QFile::link(executable, linkPath))
+                KELP_LOG_WARN("Failed to create link from {} to {}", executable.toStdString(),
+                              linkPath.toStdString());
+            shell.createShellLinkObject();
+        }
     }
     shell.notifyStartMenusChanged();
 }

@@ -32,6 +32,8 @@ void PathUtils::findAndProcess(const QString &sourceDir, const QString &targetDi
     QDir target(targetDir);
     // A target that can't be made is logged there; each entry then fails by itself.
     fileUtils::createDir(target);
+    if (!fileUtils::isWalkable(sourceDir))
+        return;
     QDirIterator entries(sourceDir, QStringList{filePattern(kind)}, filters, QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         entries.next();
@@ -61,6 +63,8 @@ QString PathUtils::filePattern(FileKind kind) const
 QStringList PathUtils::findFiles(FileKind kind, const QString &rootDir) const
 {
     QStringList files;
+    if (!fileUtils::isWalkable(rootDir))
+        return files;
     QDirIterator entries(rootDir, QStringList{filePattern(kind)}, QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext())
         files.append(entries.next());

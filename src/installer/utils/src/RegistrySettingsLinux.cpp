@@ -5,6 +5,8 @@
 
 #include <QFileDevice>
 #include <QFileInfo>
+#include <QHash>
+#include <QLockFile>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -14,6 +16,8 @@ const QString currentUserHive = QStringLiteral("HKEY_CURRENT_USER");
 const QString localMachineHive = QStringLiteral("HKEY_LOCAL_MACHINE");
 const QString hiveFolder = QStringLiteral("/winreg/");
 const QString hiveExtension = QStringLiteral(".reg");
+// The lock file that QSettings takes while it writes a file.
+const QString lockSuffix = QStringLiteral(".lock");
 // A path below a file can never be made, so a hive without a store reads
 // nothing and drops its writes, even for root.
 const QString noStoreFolder = QStringLiteral("/dev/null/");
@@ -66,13 +70,32 @@ QString existingSpelling(const QSettings &settings, const QString &name)
     return name;
 }
 
+// How many views of each hive file are open in this process.
+QHash<QString, int> &openViews()
+{
+    static QHash<QString, int> views;
+    return views;
+}
+
 } // namespace
 
+// QSettings reads a hive file without the writers' lock and notes its size and
+// time only after reading, so a write by another process in between would pass
+// for read, and the next write from here would drop it. Holding the lock while
+// the view reads keeps the two together. Beside a view of the same file still
+// open here, the new one's reading may first write that view's changes, under
+// this same lock, so it is read as QSettings does alone.
 std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
 {
     QStringList names = registryPath.split(QRegularExpression(QStringLiteral("[\\\\/]")), Qt::SkipEmptyParts);
     const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
-    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), hiveFormat());
+    const QString filePath = hiveFilePath(hiveName);
+    QLockFile writersLock(filePath + lockSuffix);
+    if (openViews().value(filePath) == 0)
+        writersLock.lock();
+    auto settings = std::make_unique<QSettings>(filePath, hiveFormat());
+    ++openViews()[filePath];
+    QObject::connect(settings.get(), &QObject::destroyed, [filePath] { --openViews()[filePath]; });
     for (const QString &name : names)
         settings->beginGroup(existingSpelling(*settings, name));
     return settings;

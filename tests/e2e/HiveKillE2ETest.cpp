@@ -1,0 +1,238 @@
+#include "DeployerRun.h"
+#include "ForeignHive.h"
+#include "HostMachine.h"
+#include "Machine.h"
+#include "RegistryHiveFormat.h"
+#include "SanitizedBuild.h"
+#include "SuiteRoot.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QProcess>
+#include <QSet>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <random>
+#include <thread>
+
+#include <signal.h>
+
+namespace {
+
+constexpr std::uint32_t seed = 20240309;
+constexpr int trials = sanitizedBuild ? 40 : 200;
+constexpr int foreignKeys = sanitizedBuild ? 20 : 40;
+constexpr int valuesPerKey = 50;
+constexpr int hangGuardMilliseconds = 120000;
+const QString userHive = "home/.config/winreg/HKEY_CURRENT_USER.reg";
+
+// Where the kills landed, told by what each left behind.
+struct KillCounts
+{
+    int finishedFirst = 0;
+    int beforeTheFirstWrite = 0;
+    int withALockHeld = 0;
+    int betweenWrites = 0;
+    int afterTheLastWrite = 0;
+    int temporaryFilesLeft = 0;
+    int emptyLocks = 0;
+    QSet<QByteArray> intermediateVersions;
+};
+
+class HiveKillE2ETest : public testing::Test
+{
+protected:
+    HiveKillE2ETest()
+    {
+        suiteRoot::create(machine.path("suite"));
+        const QJsonObject request{{"rootDir", machine.path("suite")},
+                                  {"plugins", QJsonArray{"Grainwick 3", "Rectilo", "Bracketon 2", "Acutara 3"}},
+                                  {"hosts", QJsonArray{QJsonObject{{"appName", "Photoshop"}, {"pluginPath", "/ps"}}}},
+                                  {"language", 3},
+                                  {"version", "4.2.0"}};
+        arguments = QStringList{"--config", encodeRequest(request)};
+        oldMachineHive = foreignMachineHive(foreignKeys, valuesPerKey);
+        oldUserHive = "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\SOFTWARE\\Other]\n\"x\"=\"1\"\n\n";
+    }
+
+    void restoreOldHives() const
+    {
+        machine.writeFile(hostMachine::machineHive, oldMachineHive);
+        machine.writeFile(userHive, oldUserHive);
+    }
+
+    QByteArray contentOf(const QString &relative) const
+    {
+        QFile file(machine.path(relative));
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+
+    // Lock files and temporary files beside the two hives.
+    QStringList strayFiles() const
+    {
+        QStringList strays;
+        for (const QString &hive : {hostMachine::machineHive, userHive}) {
+            const QFileInfo file(machine.path(hive));
+            for (const QString &name : file.dir().entryList(QDir::Files | QDir::Hidden)) {
+                if (name != file.fileName())
+                    strays.append(file.dir().filePath(name));
+            }
+        }
+        return strays;
+    }
+
+    // Whole output of the writer between the old and the new version: every old value
+    // kept, and nothing that the new version doesn't hold.
+    bool isWholeMachineHive(const QByteArray &text) const
+    {
+        if (text == oldMachineHive || text == newMachineHive)
+            return true;
+        const QSettings::SettingsMap values = registryHive::parse(text, "HKEY_LOCAL_MACHINE");
+        if (text != registryHive::write(values, "HKEY_LOCAL_MACHINE"))
+            return false;
+        for (auto it = oldValues.begin(); it != oldValues.end(); ++it) {
+            if (values.value(it.key()) != it.value())
+                return false;
+        }
+        for (auto it = values.begin(); it != values.end(); ++it) {
+            if (!newValues.contains(it.key()) || newValues.value(it.key()) != it.value())
+                return false;
+        }
+        return true;
+    }
+
+    // Starts the tool and kills it after the delay; false when it had ended by then.
+    bool runAndKill(std::chrono::microseconds delay) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(machine.environment());
+        process.setWorkingDirectory(machine.root());
+        process.start(SUITEDEPLOYER_BINARY, arguments);
+        if (!process.waitForStarted())
+            return false;
+        std::this_thread::sleep_for(delay);
+        ::kill(static_cast<pid_t>(process.processId()), SIGKILL);
+        process.waitForFinished(hangGuardMilliseconds);
+        return process.exitStatus() == QProcess::CrashExit;
+    }
+
+    // The shortest of three complete runs, which end with the new hives: a
+    // busy machine only makes runs longer.
+    std::chrono::microseconds completeRunTime() const
+    {
+        std::chrono::microseconds shortest = std::chrono::microseconds::max();
+        for (int run = 0; run < 3; ++run) {
+            restoreOldHives();
+            QElapsedTimer timer;
+            timer.start();
+            EXPECT_TRUE(runDeployer(machine, arguments).exitedNormally);
+            shortest = std::min(shortest, std::chrono::microseconds(timer.nsecsElapsed() / 1000));
+        }
+        return shortest;
+    }
+
+    // The run after a kill meets whatever the kill left behind, and does its whole work.
+    // A kill between making a lock file and writing the owner into it leaves it
+    // empty, and Qt waits for such a lock to age 30 seconds before it takes it
+    // over; the test lets that time pass by dating the lock back.
+    void expectTheNextRunComplete(KillCounts &counts) const
+    {
+        for (const QString &stray : strayFiles()) {
+            QFile lock(stray);
+            if (stray.endsWith(".lock") && lock.size() == 0 && lock.open(QIODevice::ReadWrite)) {
+                ++counts.emptyLocks;
+                lock.setFileTime(QDateTime::currentDateTime().addSecs(-60), QFileDevice::FileModificationTime);
+            }
+        }
+        const DeployerRun next = runDeployer(machine, arguments);
+        EXPECT_TRUE(next.exitedNormally);
+        EXPECT_EQ(next.exitCode, 0);
+        EXPECT_TRUE(contentOf(hostMachine::machineHive) == newMachineHive);
+        EXPECT_TRUE(contentOf(userHive) == newUserHive);
+        for (const QString &stray : strayFiles()) {
+            EXPECT_FALSE(stray.endsWith(".lock")) << stray.toStdString();
+            ++counts.temporaryFilesLeft;
+            QFile::remove(stray);
+        }
+    }
+
+    void classify(bool killed, KillCounts &counts) const
+    {
+        const QByteArray machineText = contentOf(hostMachine::machineHive);
+        if (!killed)
+            ++counts.finishedFirst;
+        else if (!strayFiles().isEmpty())
+            ++counts.withALockHeld;
+        else if (machineText == oldMachineHive)
+            ++counts.beforeTheFirstWrite;
+        else if (machineText == newMachineHive)
+            ++counts.afterTheLastWrite;
+        else
+            ++counts.betweenWrites;
+        if (machineText != oldMachineHive && machineText != newMachineHive)
+            counts.intermediateVersions.insert(QCryptographicHash::hash(machineText, QCryptographicHash::Sha1));
+    }
+
+    Machine machine;
+    QStringList arguments;
+    QByteArray oldMachineHive;
+    QByteArray oldUserHive;
+    QByteArray newMachineHive;
+    QByteArray newUserHive;
+    QSettings::SettingsMap oldValues;
+    QSettings::SettingsMap newValues;
+};
+
+} // namespace
+
+// --config rewrites a large machine hive three times and the user's hive once;
+// SIGKILL at a moment drawn from a fixed seed must leave each hive whole, and
+// whatever the killed run left beside them must not keep the next run from
+// its work.
+TEST_F(HiveKillE2ETest, AKilledWriteLeavesTheOldOrTheNewHiveAndTheNextRunWorks)
+{
+    const std::chrono::microseconds span = completeRunTime();
+    newMachineHive = contentOf(hostMachine::machineHive);
+    newUserHive = contentOf(userHive);
+    oldValues = registryHive::parse(oldMachineHive, "HKEY_LOCAL_MACHINE");
+    newValues = registryHive::parse(newMachineHive, "HKEY_LOCAL_MACHINE");
+    ASSERT_NE(newMachineHive, oldMachineHive);
+    ASSERT_TRUE(isWholeMachineHive(newMachineHive));
+
+    std::cout << "kill trials: " << trials << ", seed " << seed << ", kills within " << span.count() * 3 / 2
+              << " us of the start" << std::endl;
+    std::mt19937 engine(seed);
+    KillCounts counts;
+    for (int trial = 0; trial < trials; ++trial) {
+        restoreOldHives();
+        const std::chrono::microseconds delay(engine() % (span.count() * 3 / 2 + 1));
+        const bool killed = runAndKill(delay);
+        const QByteArray machineText = contentOf(hostMachine::machineHive);
+        const QByteArray userText = contentOf(userHive);
+        EXPECT_TRUE(isWholeMachineHive(machineText))
+            << "trial " << trial << ", killed after " << delay.count() << " us";
+        EXPECT_TRUE(userText == oldUserHive || userText == newUserHive) << "trial " << trial;
+        const bool leftStrays = !strayFiles().isEmpty();
+        classify(killed, counts);
+        if (leftStrays)
+            expectTheNextRunComplete(counts);
+        if (HasFailure())
+            break;
+    }
+    std::cout << "kills: " << counts.beforeTheFirstWrite << " before the first write, " << counts.withALockHeld
+              << " with a hive's lock held (reading or writing it), " << counts.betweenWrites << " between writes ("
+              << counts.intermediateVersions.size() << " distinct intermediate versions), " << counts.afterTheLastWrite
+              << " after the last write; " << counts.finishedFirst << " runs ended before the kill; "
+              << counts.emptyLocks << " empty lock files left, " << counts.temporaryFilesLeft
+              << " temporary files left" << std::endl;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "DeployerRun.h"
+#include "Machine.h"
+
+#include <QProcessEnvironment>
+#include <QStringList>
+
+// Runs the tool as a user without machine rights, who owns only the named
+// folders of the machine (relative to its root). Root ignores file modes, so
+// as root the run goes through setpriv as uid and gid 65534 after those
+// folders have been handed to that user; any other user has no such rights
+// anyway and runs the tool as it is. Either way the test makes read-only what
+// must stay so.
+DeployerRun runDeployerWithoutRights(const Machine &machine, const QStringList &ownedFolders,
+                                     const QStringList &arguments);
+DeployerRun runDeployerWithoutRights(const Machine &machine, const QProcessEnvironment &environment,
+                                     const QStringList &ownedFolders, const QStringList &arguments);
+
+// Whether runDeployerWithoutRights changes the user, which only root can.
+bool runsAsAnotherUser();
