@@ -66,16 +66,9 @@ protected:
         machine.writeFile(userHive, oldUserHive);
     }
 
-    QByteArray contentOf(const QString &relative) const
-    {
-        QFile file(machine.path(relative));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
     QSettings::SettingsMap machineValues() const
     {
-        return registryHive::parse(contentOf(hostMachine::machineHive), "HKEY_LOCAL_MACHINE");
+        return registryHive::parse(machine.readFile(hostMachine::machineHive), "HKEY_LOCAL_MACHINE");
     }
 
     // What one run alone makes of the old hives.
@@ -121,9 +114,9 @@ TEST_F(ConcurrentConfigE2ETest, TwoRunsAtOnceLoseNoValue)
     const QStringList first = configArguments({"Grainwick 3", "Tintara 5", "Bracketon 2"});
     const QStringList second = configArguments({"Graymere 3", "Lumbrio 3", "Rectilo", "Acutara 3"});
     const QSettings::SettingsMap firstValues = aloneOnTheOldHive(first);
-    const QByteArray newUserHive = contentOf(userHive);
+    const QByteArray newUserHive = machine.readFile(userHive);
     QSettings::SettingsMap expected = aloneOnTheOldHive(second);
-    ASSERT_EQ(contentOf(userHive), newUserHive);
+    ASSERT_EQ(machine.readFile(userHive), newUserHive);
     for (auto it = firstValues.begin(); it != firstValues.end(); ++it) {
         ASSERT_TRUE(!expected.contains(it.key()) || expected.value(it.key()) == it.value()) << it.key().toStdString();
         expected.insert(it.key(), it.value());
@@ -139,10 +132,10 @@ TEST_F(ConcurrentConfigE2ETest, TwoRunsAtOnceLoseNoValue)
         const auto other = start(round % 2 ? second : first);
         expectCompleted(*one);
         expectCompleted(*other);
-        const QByteArray machineText = contentOf(hostMachine::machineHive);
+        const QByteArray machineText = machine.readFile(hostMachine::machineHive);
         EXPECT_TRUE(machineText == registryHive::write(machineValues(), "HKEY_LOCAL_MACHINE")) << "round " << round;
         EXPECT_EQ(differences(machineValues(), expected).join("\n").toStdString(), "") << "round " << round;
-        EXPECT_EQ(contentOf(userHive), newUserHive) << "round " << round;
+        EXPECT_EQ(machine.readFile(userHive), newUserHive) << "round " << round;
         EXPECT_EQ(filesBesideTheHives(), (QStringList{"HKEY_LOCAL_MACHINE.reg", "HKEY_CURRENT_USER.reg"}));
     }
 }

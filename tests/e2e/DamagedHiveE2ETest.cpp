@@ -110,18 +110,11 @@ protected:
         return GetParam().apply(soundHive(hiveName)).replace("[HIVE\\", "[" + hiveName + "\\");
     }
 
-    QByteArray contentOf(const QString &relative) const
-    {
-        QFile file(machine.path(relative));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
     // The file is one that the tool wrote whole, and what could be read of the damaged one is in it.
     void expectRewrittenKeeping(const QString &relative, const char *hiveName,
                                 const QSettings::SettingsMap &readable) const
     {
-        const QByteArray written = contentOf(relative);
+        const QByteArray written = machine.readFile(relative);
         const QSettings::SettingsMap values = registryHive::parse(written, hiveName);
         EXPECT_TRUE(written.startsWith("Windows Registry Editor Version 5.00\n\n[")) << hiveName;
         EXPECT_TRUE(written == registryHive::write(values, hiveName)) << hiveName;
@@ -156,11 +149,11 @@ TEST_P(DamagedHiveE2ETest, TheReadablePartIsKeptAndTheNextWriteIsWhole)
     expectRewrittenKeeping(hostMachine::machineHive, "HKEY_LOCAL_MACHINE", machineReadable);
     expectRewrittenKeeping(userHive, "HKEY_CURRENT_USER", userReadable);
     const QSettings::SettingsMap machineValues =
-        registryHive::parse(contentOf(hostMachine::machineHive), "HKEY_LOCAL_MACHINE");
+        registryHive::parse(machine.readFile(hostMachine::machineHive), "HKEY_LOCAL_MACHINE");
     EXPECT_EQ(machineValues.value("SOFTWARE/WOW6432Node/Tavrin/Orv Collection/InstallPath").toString(),
               machine.path("suite/bin"));
     EXPECT_EQ(machineValues.value("SOFTWARE/WOW6432Node/Tavrin/Orv Collection/Locations/0_Path").toString(), "/ps");
-    EXPECT_EQ(registryHive::parse(contentOf(userHive), "HKEY_CURRENT_USER")
+    EXPECT_EQ(registryHive::parse(machine.readFile(userHive), "HKEY_CURRENT_USER")
                   .value("SOFTWARE/Tavrin/Orv Collection/currentLanguage"),
               QVariant(3));
 }

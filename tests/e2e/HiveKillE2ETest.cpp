@@ -70,13 +70,6 @@ protected:
         machine.writeFile(userHive, oldUserHive);
     }
 
-    QByteArray contentOf(const QString &relative) const
-    {
-        QFile file(machine.path(relative));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
     // Lock files and temporary files beside the two hives.
     QStringList strayFiles() const
     {
@@ -157,8 +150,8 @@ protected:
         const DeployerRun next = runDeployer(machine, arguments);
         EXPECT_TRUE(next.exitedNormally);
         EXPECT_EQ(next.exitCode, 0);
-        EXPECT_TRUE(contentOf(hostMachine::machineHive) == newMachineHive);
-        EXPECT_TRUE(contentOf(userHive) == newUserHive);
+        EXPECT_TRUE(machine.readFile(hostMachine::machineHive) == newMachineHive);
+        EXPECT_TRUE(machine.readFile(userHive) == newUserHive);
         for (const QString &stray : strayFiles()) {
             EXPECT_FALSE(stray.endsWith(".lock")) << stray.toStdString();
             ++counts.temporaryFilesLeft;
@@ -168,7 +161,7 @@ protected:
 
     void classify(bool killed, KillCounts &counts) const
     {
-        const QByteArray machineText = contentOf(hostMachine::machineHive);
+        const QByteArray machineText = machine.readFile(hostMachine::machineHive);
         if (!killed)
             ++counts.finishedFirst;
         else if (!strayFiles().isEmpty())
@@ -202,8 +195,8 @@ protected:
 TEST_F(HiveKillE2ETest, AKilledWriteLeavesTheOldOrTheNewHiveAndTheNextRunWorks)
 {
     const std::chrono::microseconds span = completeRunTime();
-    newMachineHive = contentOf(hostMachine::machineHive);
-    newUserHive = contentOf(userHive);
+    newMachineHive = machine.readFile(hostMachine::machineHive);
+    newUserHive = machine.readFile(userHive);
     oldValues = registryHive::parse(oldMachineHive, "HKEY_LOCAL_MACHINE");
     newValues = registryHive::parse(newMachineHive, "HKEY_LOCAL_MACHINE");
     ASSERT_NE(newMachineHive, oldMachineHive);
@@ -217,8 +210,8 @@ TEST_F(HiveKillE2ETest, AKilledWriteLeavesTheOldOrTheNewHiveAndTheNextRunWorks)
         restoreOldHives();
         const std::chrono::microseconds delay(engine() % (span.count() * 3 / 2 + 1));
         const bool killed = runAndKill(delay);
-        const QByteArray machineText = contentOf(hostMachine::machineHive);
-        const QByteArray userText = contentOf(userHive);
+        const QByteArray machineText = machine.readFile(hostMachine::machineHive);
+        const QByteArray userText = machine.readFile(userHive);
         EXPECT_TRUE(isWholeMachineHive(machineText))
             << "trial " << trial << ", killed after " << delay.count() << " us";
         EXPECT_TRUE(userText == oldUserHive || userText == newUserHive) << "trial " << trial;

@@ -47,16 +47,9 @@ protected:
         machine.writeFile(userHive, userHiveText);
     }
 
-    QByteArray contentOf(const QString &relative) const
-    {
-        QFile file(machine.path(relative));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
     QStringList keysOf(const QString &relative, const char *hiveName) const
     {
-        return registryHive::parse(contentOf(relative), hiveName).keys();
+        return registryHive::parse(machine.readFile(relative), hiveName).keys();
     }
 
     void reset(const DeployerRun &run) const
@@ -88,11 +81,11 @@ TEST_F(ResetConfigE2ETest, RemovesTheSuitesKeysAndKeepsEverythingElse)
 TEST_F(ResetConfigE2ETest, ASecondRunChangesNothing)
 {
     reset(runDeployer(machine, {"-r", "x"}));
-    const QByteArray machineAfter = contentOf(machineHive);
-    const QByteArray userAfter = contentOf(userHive);
+    const QByteArray machineAfter = machine.readFile(machineHive);
+    const QByteArray userAfter = machine.readFile(userHive);
     reset(runDeployer(machine, {"-r", "x"}));
-    EXPECT_EQ(contentOf(machineHive), machineAfter);
-    EXPECT_EQ(contentOf(userHive), userAfter);
+    EXPECT_EQ(machine.readFile(machineHive), machineAfter);
+    EXPECT_EQ(machine.readFile(userHive), userAfter);
 }
 
 // Without machine rights the machine's keys stay, silently, and the user's key is emptied.
@@ -102,7 +95,7 @@ TEST_F(ResetConfigE2ETest, WithoutMachineRightsOnlyTheUsersKeysGo)
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
     reset(runDeployerWithoutRights(machine, {"home"}, {"--resetConfig", "x"}));
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    EXPECT_EQ(contentOf(machineHive), machineHiveText);
+    EXPECT_EQ(machine.readFile(machineHive), machineHiveText);
     EXPECT_EQ(keysOf(userHive, "HKEY_CURRENT_USER"), userKeysAfterReset);
     EXPECT_FALSE(machineLog(machine).contains("] [warning] "));
 }

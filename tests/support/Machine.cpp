@@ -76,6 +76,13 @@ void Machine::writeFile(const QString &relativePath, const QByteArray &content) 
     writeBytes(path(relativePath), content);
 }
 
+QByteArray Machine::readFile(const QString &relativePath) const
+{
+    QFile file(path(relativePath));
+    file.open(QIODevice::ReadOnly);
+    return file.readAll();
+}
+
 void Machine::installFakeWmic(const QByteArray &output, const QByteArray &errorOutput)
 {
     const QString outputFile = path(QStringLiteral("wmic/stdout"));

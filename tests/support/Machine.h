@@ -22,6 +22,8 @@ public:
 
     // Writes a file below the machine's root, making its folders.
     void writeFile(const QString &relativePath, const QByteArray &content) const;
+    // The bytes of a file below the machine's root; empty when it can't be read.
+    QByteArray readFile(const QString &relativePath) const;
 
     // Puts a wmic.exe on the search path that prints these bytes on its output
     // and error channels and records its arguments, one per line.
