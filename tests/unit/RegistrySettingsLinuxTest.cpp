@@ -1,14 +1,19 @@
+#include "FolderProbe.h"
+#include "LockHolderProcess.h"
 #include "Machine.h"
 #include "RegistryHiveFormat.h"
 #include "RegistrySettings.h"
 #include "ScopedEnvironment.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QLockFile>
 #include <QProcess>
 
 #include <gtest/gtest.h>
 
+#include <sys/inotify.h>
 #include <unistd.h>
 
 namespace {
@@ -243,4 +248,92 @@ TEST_F(RegistrySettingsLinuxTest, TwoProcessesWritingOneHiveAtOnceLoseNothing)
     EXPECT_EQ(race->allKeys().size(), 2 * count);
     EXPECT_EQ(race->value("A/149").toInt(), 149);
     EXPECT_EQ(race->value("B/0").toInt(), 0);
+}
+
+// A run killed while QSettings held its lock on a hive, or between making the
+// lock file and writing its owner into it, leaves the file; Qt would wait for
+// an empty one to age 30 seconds before any write.
+TEST_F(RegistrySettingsLinuxTest, AnAbandonedWritersLockBesideEitherHiveGoesWhenAViewOpens)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n");
+    writeHive(machineHive(), "[HKEY_LOCAL_MACHINE\\K]\n\"kept\"=\"1\"\n");
+    writeHive(userHive() + ".lock", "");
+    writeHive(machineHive() + ".lock", "2147483646\nSuiteDeployer\nmachine\n");
+    const auto key = openRegistryKey("HKEY_CURRENT_USER\\K");
+    EXPECT_FALSE(QFile::exists(userHive() + ".lock"));
+    EXPECT_FALSE(QFile::exists(machineHive() + ".lock"));
+    key->setValue("new", "2");
+    key->sync();
+    EXPECT_EQ(key->status(), QSettings::NoError);
+    EXPECT_EQ(registryHive::parse(contentOf(userHive()), "HKEY_CURRENT_USER").value("K/new"), "2");
+}
+
+// The view opens in a second process, so that a view that waited for the
+// living owner shows as a holder that never says it holds.
+TEST_F(RegistrySettingsLinuxTest, AWritersLockWithALivingOwnerStays)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n");
+    QLockFile owner(userHive() + ".lock");
+    ASSERT_TRUE(owner.tryLock());
+    LockHolderProcess viewer({"registry", "HKEY_CURRENT_USER\\K"}, machine.environment());
+    EXPECT_TRUE(viewer.holds());
+    EXPECT_TRUE(QFile::exists(userHive() + ".lock"));
+}
+
+// The report and the probe only read; on a machine without hives they leave none.
+TEST_F(RegistrySettingsLinuxTest, ReadingHivesThatDoNotExistCreatesNothing)
+{
+    const auto entries = [this] {
+        QStringList found;
+        QDirIterator it(machine.root(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                        QDirIterator::Subdirectories);
+        while (it.hasNext())
+            found.append(it.next());
+        found.sort();
+        return found;
+    };
+    const QStringList before = entries();
+    EXPECT_EQ(openRegistryKey(suiteKey)->value("currentLanguage").toInt(), 0);
+    EXPECT_TRUE(openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin")->childGroups().isEmpty());
+    EXPECT_EQ(entries(), before);
+}
+
+// Not even for a moment: the kernel reports every file made in the hives'
+// folders while a view reads, whether the hive is there or not.
+TEST_F(RegistrySettingsLinuxTest, ReadingAHiveMakesNoFileBesideIt)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n");
+    QDir().mkpath(QFileInfo(machineHive()).path());
+    const int watcher = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(watcher, 0);
+    for (const QString &hive : {userHive(), machineHive()})
+        ASSERT_GE(inotify_add_watch(watcher, QFile::encodeName(QFileInfo(hive).path()).constData(), IN_CREATE), 0);
+    EXPECT_EQ(openRegistryKey("HKEY_CURRENT_USER\\K")->value("kept").toString(), "1");
+    EXPECT_EQ(openRegistryKey(suiteKey)->value("currentLanguage").toInt(), 0);
+    char events[4096];
+    EXPECT_EQ(::read(watcher, events, sizeof events), -1);
+    ::close(watcher);
+}
+
+// Both hives' locks are held for as long as a view lives, and the kernel
+// drops them when its process is killed: the next view neither waits nor
+// finds anything left behind.
+TEST_F(RegistrySettingsLinuxTest, AViewHoldsBothHivesLocksUntilItsProcessIsKilled)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n");
+    const QString userFolder = machine.path("home/.config");
+    const QString machineFolder = machine.path("etc/xdg");
+    LockHolderProcess holder({"registry", "HKEY_CURRENT_USER\\K"}, machine.environment());
+    ASSERT_TRUE(holder.holds());
+    EXPECT_TRUE(isFlockedElsewhere(userFolder));
+    EXPECT_TRUE(isFlockedElsewhere(machineFolder));
+    holder.kill();
+    EXPECT_FALSE(isFlockedElsewhere(userFolder));
+    EXPECT_FALSE(isFlockedElsewhere(machineFolder));
+    const auto key = openRegistryKey("HKEY_CURRENT_USER\\K");
+    key->setValue("after", "2");
+    key->sync();
+    EXPECT_EQ(key->status(), QSettings::NoError);
+    EXPECT_EQ(QDir(QFileInfo(userHive()).path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList{"HKEY_CURRENT_USER.reg"});
 }

@@ -1,12 +1,12 @@
 #include "RegistrySettings.h"
 
+#include "AbandonedLockFile.h"
+#include "FolderLock.h"
 #include "RegistryHiveFormat.h"
 #include "SpecialFolders.h"
 
 #include <QFileDevice>
 #include <QFileInfo>
-#include <QHash>
-#include <QLockFile>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -47,15 +47,21 @@ QSettings::Format hiveFormat()
     return format;
 }
 
-QString hiveFilePath(const QString &hiveName)
+// The configuration folder that holds a hive's winreg folder.
+QString configurationFolder(const QString &hiveName)
 {
     if (hiveName.compare(currentUserHive, Qt::CaseInsensitive) == 0)
-        return roamingAppDataPath() + hiveFolder + currentUserHive + hiveExtension;
-    if (hiveName.compare(localMachineHive, Qt::CaseInsensitive) == 0) {
-        const QString firstConfigDir =
-            qEnvironmentVariable("XDG_CONFIG_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts).value(0);
-        return (firstConfigDir.isEmpty() ? QStringLiteral("/etc/xdg") : firstConfigDir) + hiveFolder +
-               localMachineHive + hiveExtension;
+        return roamingAppDataPath();
+    const QString firstConfigDir =
+        qEnvironmentVariable("XDG_CONFIG_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts).value(0);
+    return firstConfigDir.isEmpty() ? QStringLiteral("/etc/xdg") : firstConfigDir;
+}
+
+QString hiveFilePath(const QString &hiveName)
+{
+    for (const QString &hive : {currentUserHive, localMachineHive}) {
+        if (hiveName.compare(hive, Qt::CaseInsensitive) == 0)
+            return configurationFolder(hive) + hiveFolder + hive + hiveExtension;
     }
     return noStoreFolder + hiveName + hiveExtension;
 }
@@ -70,32 +76,41 @@ QString existingSpelling(const QSettings &settings, const QString &name)
     return name;
 }
 
-// How many views of each hive file are open in this process.
-QHash<QString, int> &openViews()
+// The locks of both hives, machine first, held from the opening of a view to
+// its end, so that everything QSettings reads or writes through that view
+// (when it opens, on sync(), when it is destroyed, and when another view of
+// the same file opens) happens under them. A view that had read the hive
+// without them could note another process's newer file as read, and its next
+// write would drop that process's values. Always both and always in this
+// order, so two processes never wait for each other crosswise. The lock is on
+// the configuration folder, which stays when a hive or its folder is made.
+struct HiveLocks
 {
-    static QHash<QString, int> views;
-    return views;
-}
+    FolderLock machine{configurationFolder(localMachineHive)};
+    FolderLock user{configurationFolder(currentUserHive)};
+
+    // With the lock held no other writer can be in a hive, so a QSettings
+    // lock file beside it is the leftover of a killed run.
+    void removeAbandonedWritersLocks() const
+    {
+        if (machine.isHeld())
+            removeAbandonedLockFile(hiveFilePath(localMachineHive) + lockSuffix);
+        if (user.isHeld())
+            removeAbandonedLockFile(hiveFilePath(currentUserHive) + lockSuffix);
+    }
+};
 
 } // namespace
 
-// QSettings reads a hive file without the writers' lock and notes its size and
-// time only after reading, so a write by another process in between would pass
-// for read, and the next write from here would drop it. Holding the lock while
-// the view reads keeps the two together. Beside a view of the same file still
-// open here, the new one's reading may first write that view's changes, under
-// this same lock, so it is read as QSettings does alone.
 std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
 {
     QStringList names = registryPath.split(QRegularExpression(QStringLiteral("[\\\\/]")), Qt::SkipEmptyParts);
     const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
-    const QString filePath = hiveFilePath(hiveName);
-    QLockFile writersLock(filePath + lockSuffix);
-    if (openViews().value(filePath) == 0)
-        writersLock.lock();
-    auto settings = std::make_unique<QSettings>(filePath, hiveFormat());
-    ++openViews()[filePath];
-    QObject::connect(settings.get(), &QObject::destroyed, [filePath] { --openViews()[filePath]; });
+    auto locks = std::make_shared<HiveLocks>();
+    locks->removeAbandonedWritersLocks();
+    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), hiveFormat());
+    // QObject emits destroyed after ~QSettings has written what was pending.
+    QObject::connect(settings.get(), &QObject::destroyed, [locks]() mutable { locks.reset(); });
     for (const QString &name : names)
         settings->beginGroup(existingSpelling(*settings, name));
     return settings;
