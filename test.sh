@@ -1,18 +1,47 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test: the plain build's, the
-# fuzzers for a short while, the Windows platform layer's tests under Wine, and
-# the whole suite again under AddressSanitizer and UndefinedBehaviorSanitizer.
-# The exit code is the result of all four.
+# fuzzers over a fixed number of runs, the Windows platform layer's tests under
+# Wine, and the whole suite again under AddressSanitizer and
+# UndefinedBehaviorSanitizer. Stops at the first failure; the exit code is the
+# result of all of them. Prints how long each stage took, also after a failure,
+# so that the time limit of CI stays in sight.
 set -euo pipefail
 source "$(dirname "$0")/scripts/bootstrap.sh"
 
-ensure_packages "${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}" "${WINE_PACKAGES[@]}"
-build_project
-ctest --test-dir "$SUITEDEPLOYER_BUILD" --output-on-failure -j"$(nproc)"
-
-"$SUITEDEPLOYER_ROOT/scripts/fuzz.sh" 15
-"$SUITEDEPLOYER_ROOT/scripts/wine-tests.sh"
-
 sanitized="$SUITEDEPLOYER_ROOT/build-sanitize"
-build_project "$sanitized" -DSUITEDEPLOYER_SANITIZE=ON -DSUITEDEPLOYER_BUILD_BENCH=OFF
-ctest --test-dir "$sanitized" --output-on-failure -j"$(nproc)"
+started=$SECONDS
+stage_times=()
+
+# run_stage NAME COMMAND...: runs the command as one timed stage.
+run_stage() {
+  local name=$1 start=$SECONDS
+  shift
+  echo "=== $name"
+  current_stage=$name
+  "$@"
+  stage_times+=("$(format_time "$name" $((SECONDS - start)))")
+  current_stage=
+}
+
+format_time() {
+  printf '  %-26s %3d min %02d s' "$1" $(($2 / 60)) $(($2 % 60))
+}
+
+print_stage_times() {
+  local status=$?
+  echo "=== Stage times"
+  printf '%s\n' "${stage_times[@]}"
+  [ -n "${current_stage:-}" ] && echo "  $current_stage: failed"
+  format_time total $((SECONDS - started))
+  echo
+  return $status
+}
+trap print_stage_times EXIT
+
+run_stage packages ensure_packages "${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}" "${WINE_PACKAGES[@]}"
+run_stage build build_project
+run_stage tests ctest --test-dir "$SUITEDEPLOYER_BUILD" --output-on-failure -j"$(nproc)"
+run_stage fuzzing "$SUITEDEPLOYER_ROOT/scripts/fuzz.sh"
+run_stage "Wine tests" "$SUITEDEPLOYER_ROOT/scripts/wine-tests.sh"
+run_stage "sanitizer build" build_project "$sanitized" -DSUITEDEPLOYER_SANITIZE=ON -DSUITEDEPLOYER_BUILD_BENCH=OFF
+run_stage "sanitizer tests" ctest --test-dir "$sanitized" --output-on-failure -j"$(nproc)"
