@@ -1,8 +1,11 @@
 #include "DeployerRun.h"
 #include "Machine.h"
+#include "SuiteRoot.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -82,6 +85,22 @@ TEST_F(CommandLineE2ETest, EveryOtherModeWinsOverBackground)
         expectRegularEndWithoutAnswer(runDeployer(machine, {option, request, "-b"}));
     }
     EXPECT_FALSE(probeRan());
+}
+
+// A request with a duplicated key reaches the real program as the wizard would
+// send it. Debian's Qt keeps the last value and never frees a non-empty object
+// or array that it drops for it; the process is one-shot, so those few bytes are
+// harmless, and the sanitizer builds suppress exactly that leak.
+TEST_F(CommandLineE2ETest, ADuplicatedKeyInTheRequestTakesItsLastValue)
+{
+    suiteRoot::create(machine.path("suite"));
+    const QByteArray rootDir =
+        QJsonDocument(QJsonObject{{"rootDir", machine.path("suite")}}).toJson(QJsonDocument::Compact).mid(1).chopped(1);
+    const QByteArray text = R"({"lang":{"detectedHosts":0,"hosts":[]},)" + rootDir + R"(,"lang":1})";
+    expectRegularEndWithoutAnswer(runDeployer(machine, {"--samples", QString::fromLatin1(text.toBase64())}));
+    EXPECT_EQ(QDir(machine.path("home/Pictures/Rectilo Samples")).entryList(QDir::Files),
+              (QStringList{"Harbour.jpg", "Sign.jpg", "Sunset.jpg"}));
+    EXPECT_FALSE(QDir(machine.path("suite/pictures")).exists());
 }
 
 TEST_F(CommandLineE2ETest, ResetConfigWithoutValueFailsInTheParser)

@@ -74,6 +74,17 @@ TEST(DecodeRequestTest, JunkEmptyAndNonObjectsGiveAnEmptyObject)
     EXPECT_TRUE(decodeInstallValue(base64Of("{\"rootDir\": ")).isEmpty());
 }
 
+TEST(DecodeRequestTest, ADuplicatedKeyKeepsItsLastValue)
+{
+    EXPECT_EQ(decodeInstallValue(base64Of(R"({"lang":7,"rootDir":"/opt/orv","lang":3})")),
+              (QJsonObject{{"lang", 3}, {"rootDir", "/opt/orv"}}));
+    // The first value of "system" is an object that Qt drops without freeing it.
+    const QByteArray report =
+        R"({"currentLocale":1,"system":{"detectedHosts":0,"hosts":[]},"entLocale":1,"system":{"deg":"<html>x</html>"}})";
+    EXPECT_EQ(decodeInstallValue(base64Of(report)),
+              (QJsonObject{{"currentLocale", 1}, {"entLocale", 1}, {"system", QJsonObject{{"deg", "<html>x</html>"}}}}));
+}
+
 TEST(DecodeRequestTest, AnOptionThatIsNotSetGivesAnEmptyObject)
 {
     const ModeOptions options;
