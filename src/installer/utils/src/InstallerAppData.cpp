@@ -1,10 +1,11 @@
 #include "Installer.h"
 
 #include "FileUtils.h"
+#include "FolderCopy.h"
 #include "SpecialFolders.h"
 #include "logging/Log.h"
 
-#include <filesystem>
+#include <exception>
 
 namespace {
 
@@ -21,9 +22,7 @@ void Installer::moveAppData(const QString &rootDir)
     QDir target(programDataPath() + QDir::separator() + makerFolder);
     fileUtils::createDir(target);
     try {
-        std::filesystem::copy(source.path().toStdWString(), target.path().toStdWString(),
-                              std::filesystem::copy_options::recursive |
-                                  std::filesystem::copy_options::overwrite_existing);
+        copyTree(source.path().toStdWString(), target.path().toStdWString());
     } catch (const std::exception &error) {
         KELP_LOG_ERROR("failed to move files {}", error.what());
     }

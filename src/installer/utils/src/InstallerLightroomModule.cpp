@@ -1,6 +1,7 @@
 #include "Installer.h"
 
 #include "FileUtils.h"
+#include "FolderCopy.h"
 #include "LuaAssignment.h"
 #include "logging/Log.h"
 
@@ -12,12 +13,9 @@ namespace {
 const QString exportPresetsFolder = QStringLiteral("Export Presets");
 const QString collectionFolder = QStringLiteral("Orv Collection");
 
-// Merges the tree into the destination: files only there stay, shared ones are replaced.
-void copyTree(const QString &from, const QString &to)
+std::filesystem::path toPath(const QString &path)
 {
-    std::filesystem::copy(std::filesystem::path(from.toStdU16String()), std::filesystem::path(to.toStdU16String()),
-                          std::filesystem::copy_options::recursive |
-                              std::filesystem::copy_options::overwrite_existing);
+    return std::filesystem::path(path.toStdU16String());
 }
 
 } // namespace
@@ -34,13 +32,13 @@ QDir Installer::installLightroomModulePlugin(const PluginEntry &entry, const QSt
     try {
         KELP_LOG_INFO("Installing lightroom module plugin {} from {} to {}", entry.lrName.toStdString(),
                       moduleSource.absolutePath().toStdString(), moduleDestination.absolutePath().toStdString());
-        copyTree(moduleSource.absolutePath(), moduleDestination.absolutePath());
+        copyTree(toPath(moduleSource.absolutePath()), toPath(moduleDestination.absolutePath()));
         if (moduleDestination.exists(collectionFolder)) {
             // The presets stay inside the module as well.
             KELP_LOG_INFO("Installing {} preset from {} to {}", entry.lrName.toStdString(),
                           moduleSource.absolutePath().toStdString(), presetDestination.absolutePath().toStdString());
-            copyTree(moduleSource.absolutePath() + QDir::separator() + collectionFolder,
-                     presetDestination.absolutePath());
+            copyTree(toPath(moduleSource.absolutePath() + QDir::separator() + collectionFolder),
+                     toPath(presetDestination.absolutePath()));
         }
         writeLuaAssignment(moduleDestination.filePath(entry.luaConfigFile), entry.luaVarName, executablePath);
         return moduleDestination;

@@ -1,0 +1,195 @@
+#include "FolderCopy.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void writeFile(const fs::path &path, const std::string &content)
+{
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+std::string contentOf(const fs::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+// The error that copying throws; when none comes, the test fails.
+fs::filesystem_error errorOf(const fs::path &from, const fs::path &to)
+{
+    try {
+        copyTree(from, to);
+    } catch (const fs::filesystem_error &error) {
+        return error;
+    }
+    ADD_FAILURE() << "nothing thrown copying " << from << " to " << to;
+    return fs::filesystem_error("nothing thrown", std::error_code());
+}
+
+// The log shows what() alone, so that text has to say what failed and where.
+void expectNamesTheCopy(const fs::filesystem_error &error, const fs::path &from, const fs::path &to)
+{
+    const std::string what = error.what();
+    EXPECT_NE(what.find("copy"), std::string::npos) << what;
+    EXPECT_NE(what.find(from.string()), std::string::npos) << what;
+    EXPECT_NE(what.find(to.string()), std::string::npos) << what;
+}
+
+class FolderCopyLinuxTest : public testing::Test
+{
+protected:
+    QTemporaryDir temporary;
+    const fs::path root = temporary.path().toStdString();
+    const fs::path from = root / "bin" / "PluginParam.lrplugin";
+    const fs::path to = root / "Modules" / "PluginParam.lrplugin";
+};
+
+} // namespace
+
+TEST_F(FolderCopyLinuxTest, CopiesTheWholeTreeIntoAMissingFolder)
+{
+    writeFile(from / "Info.lua", "info");
+    writeFile(from / "Orv Collection" / "Default.lrtemplate", "preset");
+    writeFile(from / "resources" / "icons" / "small.png", "icon");
+    fs::create_directories(from / "empty");
+    fs::create_directories(to.parent_path());
+
+    copyTree(from, to);
+
+    EXPECT_EQ(contentOf(to / "Info.lua"), "info");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Default.lrtemplate"), "preset");
+    EXPECT_EQ(contentOf(to / "resources" / "icons" / "small.png"), "icon");
+    EXPECT_TRUE(fs::is_directory(to / "empty"));
+    EXPECT_EQ(contentOf(from / "Info.lua"), "info");
+}
+
+TEST_F(FolderCopyLinuxTest, MergesIntoAnExistingFolder)
+{
+    writeFile(from / "Info.lua", "new info");
+    writeFile(from / "Orv Collection" / "Default.lrtemplate", "new preset");
+    writeFile(from / "Orv Collection" / "Deep" / "Inner.txt", "new inner");
+    writeFile(to / "Info.lua", "old info");
+    writeFile(to / "Mine.lua", "the user's own");
+    writeFile(to / "Orv Collection" / "Default.lrtemplate", "old preset");
+    writeFile(to / "Orv Collection" / "Own.lrtemplate", "own preset");
+    writeFile(to / "Orv Collection" / "Deep" / "Kept.txt", "kept");
+
+    copyTree(from, to);
+
+    EXPECT_EQ(contentOf(to / "Info.lua"), "new info");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Default.lrtemplate"), "new preset");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Deep" / "Inner.txt"), "new inner");
+    EXPECT_EQ(contentOf(to / "Mine.lua"), "the user's own");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Own.lrtemplate"), "own preset");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Deep" / "Kept.txt"), "kept");
+}
+
+TEST_F(FolderCopyLinuxTest, ASecondCopyReplacesTheFirstAndKeepsWhatCameSince)
+{
+    writeFile(from / "Info.lua", "first");
+    writeFile(from / "Orv Collection" / "Default.lrtemplate", "first preset");
+    fs::create_directories(to.parent_path());
+    copyTree(from, to);
+    writeFile(from / "Info.lua", "second");
+    writeFile(to / "Orv Collection" / "Default.lrtemplate", "changed by the user");
+    writeFile(to / "Orv Collection" / "Added.lrtemplate", "added by the user");
+
+    copyTree(from, to);
+
+    EXPECT_EQ(contentOf(to / "Info.lua"), "second");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Default.lrtemplate"), "first preset");
+    EXPECT_EQ(contentOf(to / "Orv Collection" / "Added.lrtemplate"), "added by the user");
+}
+
+TEST_F(FolderCopyLinuxTest, AMissingSourceThrowsNamingTheCopyAndBothPaths)
+{
+    fs::create_directories(to);
+
+    const fs::filesystem_error error = errorOf(from, to);
+
+    expectNamesTheCopy(error, from, to);
+    EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
+    EXPECT_TRUE(fs::is_empty(to));
+}
+
+TEST_F(FolderCopyLinuxTest, AFolderWhereTheTargetHasAFileThrowsNamingTheWholeCopy)
+{
+    writeFile(from / "Orv Collection" / "Default.lrtemplate", "preset");
+    writeFile(to / "Orv Collection", "a file where the source has a folder");
+
+    const fs::filesystem_error error = errorOf(from, to);
+
+    expectNamesTheCopy(error, from, to);
+    EXPECT_EQ(error.code(), std::errc::is_a_directory);
+    EXPECT_EQ(contentOf(to / "Orv Collection"), "a file where the source has a folder");
+}
+
+TEST_F(FolderCopyLinuxTest, AReadOnlyFileInTheTargetThrowsAndStays)
+{
+    writeFile(from / "Info.lua", "new info");
+    writeFile(to / "Info.lua", "old info");
+    fs::permissions(to / "Info.lua", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    if (::access((to / "Info.lua").c_str(), W_OK) == 0)
+        GTEST_SKIP() << "this user may write to a read-only file (root)";
+
+    const fs::filesystem_error error = errorOf(from, to);
+
+    expectNamesTheCopy(error, from, to);
+    EXPECT_EQ(error.code(), std::errc::permission_denied);
+    EXPECT_EQ(contentOf(to / "Info.lua"), "old info");
+}
+
+TEST_F(FolderCopyLinuxTest, AFolderOrFileIsNotItsOwnTarget)
+{
+    writeFile(from / "Info.lua", "info");
+    const fs::path sameFolder = root / "bin" / "." / "PluginParam.lrplugin";
+
+    EXPECT_EQ(errorOf(from, sameFolder).code(), std::errc::file_exists);
+    EXPECT_EQ(errorOf(from / "Info.lua", sameFolder / "Info.lua").code(), std::errc::file_exists);
+    EXPECT_EQ(contentOf(from / "Info.lua"), "info");
+}
+
+TEST_F(FolderCopyLinuxTest, ASingleFileReplacesAFileOrLandsInAFolder)
+{
+    writeFile(from / "Info.lua", "new info");
+    writeFile(to / "Info.lua", "old info");
+    const fs::path other = root / "Other";
+    fs::create_directories(other);
+
+    copyTree(from / "Info.lua", to / "Info.lua");
+    copyTree(from / "Info.lua", other);
+
+    EXPECT_EQ(contentOf(to / "Info.lua"), "new info");
+    EXPECT_EQ(contentOf(other / "Info.lua"), "new info");
+}
+
+TEST_F(FolderCopyLinuxTest, ALinkInTheSourceIsCopiedAsWhatItLeadsTo)
+{
+    writeFile(root / "shared" / "Common.lua", "common");
+    writeFile(root / "shared" / "icons" / "large.png", "large icon");
+    fs::create_directories(from);
+    fs::create_symlink(root / "shared" / "Common.lua", from / "Common.lua");
+    fs::create_directory_symlink(root / "shared" / "icons", from / "icons");
+    fs::create_directories(to.parent_path());
+
+    copyTree(from, to);
+
+    EXPECT_FALSE(fs::is_symlink(to / "Common.lua"));
+    EXPECT_EQ(contentOf(to / "Common.lua"), "common");
+    EXPECT_FALSE(fs::is_symlink(to / "icons"));
+    EXPECT_EQ(contentOf(to / "icons" / "large.png"), "large icon");
+}
