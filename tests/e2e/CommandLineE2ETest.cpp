@@ -90,7 +90,7 @@ TEST_F(CommandLineE2ETest, EveryOtherModeWinsOverBackground)
 // A request with a duplicated key reaches the real program as the wizard would
 // send it. Debian's Qt keeps the last value and never frees a non-empty object
 // or array that it drops for it; the process is one-shot, so those few bytes are
-// harmless, and the sanitizer builds suppress exactly that leak.
+// harmless, and the sanitizer builds exempt exactly what that parse allocates.
 TEST_F(CommandLineE2ETest, ADuplicatedKeyInTheRequestTakesItsLastValue)
 {
     suiteRoot::create(machine.path("suite"));

@@ -1,5 +1,7 @@
 #include "CatalogueJson.h"
 
+#include "JsonText.h"
+
 #include <QFile>
 #include <QJsonDocument>
 
@@ -7,7 +9,7 @@ QJsonObject loadCatalogueJson(const QString &path)
 {
     QFile file(path);
     file.open(QIODevice::ReadOnly | QIODevice::Text);
-    return QJsonDocument::fromJson(file.readAll()).object();
+    return parseJsonText(file.readAll()).object();
 }
 
 QJsonObject findEntry(const QJsonArray &array, const QString &key, const QString &value)

@@ -1,5 +1,7 @@
 #include "RequestCodec.h"
 
+#include "JsonText.h"
+
 #include <QDebug>
 #include <QJsonDocument>
 #include <QString>
@@ -11,7 +13,7 @@
 QJsonObject decodeRequest(const QCommandLineParser &parser, const QCommandLineOption &option)
 {
     const QString value = parser.value(option);
-    return QJsonDocument::fromJson(QByteArray::fromBase64(value.toLatin1())).object();
+    return parseJsonText(QByteArray::fromBase64(value.toLatin1())).object();
 }
 
 QByteArray encodeAnswer(const QJsonObject &answer)
