@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test: the plain build's, the
 # fuzzers over a fixed number of runs, the Windows platform layer's tests under
-# Wine, the cross build of the Windows program, and the whole suite again under
-# AddressSanitizer and UndefinedBehaviorSanitizer. Stops at the first failure; the exit code is the
+# Wine, the cross build of the Windows program and the wizard's road with it
+# under Wine, and the whole suite again under AddressSanitizer and
+# UndefinedBehaviorSanitizer. Stops at the first failure; the exit code is the
 # result of all of them. Prints how long each stage took, also after a failure,
 # so that the time limit of CI stays in sight.
 set -euo pipefail
@@ -44,5 +45,6 @@ run_stage tests ctest --test-dir "$SUITEDEPLOYER_BUILD" --output-on-failure -j"$
 run_stage fuzzing "$SUITEDEPLOYER_ROOT/scripts/fuzz.sh"
 run_stage "Wine tests" "$SUITEDEPLOYER_ROOT/scripts/wine-tests.sh"
 run_stage "Windows program" "$SUITEDEPLOYER_ROOT/scripts/build-windows.sh"
+run_stage "Wine road" "$SUITEDEPLOYER_ROOT/scripts/wine-road.sh"
 run_stage "sanitizer build" build_project "$sanitized" -DSUITEDEPLOYER_SANITIZE=ON -DSUITEDEPLOYER_BUILD_BENCH=OFF
 run_stage "sanitizer tests" ctest --test-dir "$sanitized" --output-on-failure -j"$(nproc)"
