@@ -45,6 +45,7 @@ run_stage tests ctest --test-dir "$SUITEDEPLOYER_BUILD" --output-on-failure -j"$
 run_stage fuzzing "$SUITEDEPLOYER_ROOT/scripts/fuzz.sh"
 run_stage "Wine tests" "$SUITEDEPLOYER_ROOT/scripts/wine-tests.sh"
 run_stage "Windows program" "$SUITEDEPLOYER_ROOT/scripts/build-windows.sh"
+run_stage "Windows same bytes" "$SUITEDEPLOYER_ROOT/scripts/windows-same-bytes.sh"
 run_stage "Wine road" "$SUITEDEPLOYER_ROOT/scripts/wine-road.sh"
 run_stage "sanitizer build" build_project "$sanitized" -DSUITEDEPLOYER_SANITIZE=ON -DSUITEDEPLOYER_BUILD_BENCH=OFF
 run_stage "sanitizer tests" ctest --test-dir "$sanitized" --output-on-failure -j"$(nproc)"
