@@ -27,7 +27,8 @@ qt_version=$(version_of qtbase5-dev)
 boost_version=$(version_of libboost1.74-dev)
 compiler_version=$("$compiler" -dumpfullversion)-$(version_of g++-mingw-w64-x86-64-posix)
 cache_root=${SUITEDEPLOYER_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/suitedeployer}
-cache="$cache_root/windows-$target-gcc$compiler_version-qt$qt_version-boost$boost_version"
+# The first part names the way the libraries are built; it changes with it.
+cache="$cache_root/windows2-$target-gcc$compiler_version-qt$qt_version-boost$boost_version"
 cache=${cache//[:+~]/_}
 qt_prefix="$cache/qt"
 packages="$cache/packages"
@@ -61,12 +62,17 @@ fetch_sources() {
 }
 
 # Qt's make files call the compilers by their plain names, which Debian's
-# alternatives may point at the win32 thread model: a folder of links names
-# the POSIX one, whose std::thread the program uses.
+# alternatives may point at the win32 thread model: a folder of wrappers
+# names the POSIX one, whose std::thread the program uses, and maps the cache
+# folder out of the texts that Qt keeps of its sources.
 toolchain_links() {
   local links="$cache/toolchain" tool
   mkdir -p "$links"
-  for tool in gcc g++; do ln -sfn "/usr/bin/$target-$tool-posix" "$links/$target-$tool"; done
+  for tool in gcc g++; do
+    printf '#!/bin/sh\nexec %s -ffile-prefix-map=%s/= "$@"\n' "/usr/bin/$target-$tool-posix" "$cache" \
+      >"$links/$target-$tool"
+    chmod +x "$links/$target-$tool"
+  done
   for tool in ar windres strip objcopy nm ranlib; do ln -sfn "/usr/bin/$target-$tool" "$links/$target-$tool"; done
   echo "$links"
 }
@@ -80,7 +86,8 @@ build_qt() {
   mkdir -p "$build"
   (
     cd "$build"
-    "$sources/qtbase/configure" -prefix "$qt_prefix" -xplatform win32-g++ \
+    # The prefix is kept in the library; it is installed to the cache instead.
+    "$sources/qtbase/configure" -prefix C:/Qt/static -extprefix "$qt_prefix" -xplatform win32-g++ \
       -device-option CROSS_COMPILE="$(toolchain_links)/$target-" \
       -release -static -opensource -confirm-license -nomake examples -nomake tests \
       -no-gui -no-widgets -no-dbus -no-opengl -no-openssl -no-icu -no-zstd -qt-zlib -qt-pcre \
@@ -110,10 +117,11 @@ build_boost() {
   mkdir -p "$packages/include" "$packages/lib" "$cache/boost-build"
   local library
   for library in boost fmt spdlog; do ln -sfn "/usr/include/$library" "$packages/include/$library"; done
-  local source objects=()
+  local source objects=() wrapped
+  wrapped="$(toolchain_links)/$target-g++"
   for source in "$sources"/boost/libs/filesystem/src/*.cpp; do
     objects+=("$cache/boost-build/$(basename "$source" .cpp).o")
-    "$compiler" -std=c++17 -O2 -DNDEBUG -DBOOST_FILESYSTEM_SOURCE -DBOOST_FILESYSTEM_STATIC_LINK=1 \
+    "$wrapped" -std=c++17 -O2 -DNDEBUG -DBOOST_FILESYSTEM_SOURCE -DBOOST_FILESYSTEM_STATIC_LINK=1 \
       -DBOOST_ALL_NO_LIB -isystem "$packages/include" -c "$source" -o "${objects[-1]}" &
   done
   wait
@@ -175,6 +183,12 @@ CMAKE
 # without a console window.
 build_program() {
   local build="$SUITEDEPLOYER_ROOT/build-windows"
+  # A build folder made with other libraries would keep finding those.
+  if [ "$(cat "$build/windows-libraries" 2>/dev/null)" != "$cache" ]; then
+    rm -f "$build/CMakeCache.txt"
+    mkdir -p "$build"
+    echo "$cache" >"$build/windows-libraries"
+  fi
   cmake -S "$SUITEDEPLOYER_ROOT" -B "$build" -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_TOOLCHAIN_FILE="$SUITEDEPLOYER_ROOT/cmake/mingw-w64-x86_64.cmake" \
     -DSUITEDEPLOYER_WINDOWS_PREFIXES="$qt_prefix;$packages" \

@@ -18,6 +18,15 @@ trap 'rm -rf "$elsewhere"' EXIT
   { tail -30 "$elsewhere/build.log"; echo "The second build failed"; exit 1; }
 
 sha256sum "$SUITEDEPLOYER_ROOT/$program" "$elsewhere/$program"
+# Nor does a folder of this machine stand in it: the checkout's, the copy's or
+# the cache's of the Windows libraries, which another machine has elsewhere.
+cache_root=${SUITEDEPLOYER_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/suitedeployer}
+for folder in "$SUITEDEPLOYER_ROOT" "$elsewhere" "$cache_root"; do
+  if grep -qF "$folder" "$SUITEDEPLOYER_ROOT/$program"; then
+    echo "The program holds the path $folder"
+    exit 1
+  fi
+done
 if cmp -s "$SUITEDEPLOYER_ROOT/$program" "$elsewhere/$program"; then
   echo "Same bytes from $SUITEDEPLOYER_ROOT and $elsewhere"
 else
