@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: the plain build's, the
-# fuzzers over a fixed number of runs, the Windows platform layer's tests under
-# Wine, the cross build of the Windows program and the wizard's road with it
-# under Wine, and the whole suite again under AddressSanitizer and
-# UndefinedBehaviorSanitizer. Stops at the first failure; the exit code is the
-# result of all of them. Prints how long each stage took, also after a failure,
-# so that the time limit of CI stays in sight.
+# Installs what is missing, builds, and runs every test: the plain build's,
+# clang-tidy over the program's sources, the fuzzers over a fixed number of
+# runs, the Windows platform layer's tests under Wine, the cross build of the
+# Windows program and the wizard's road with it under Wine, and the whole
+# suite again under AddressSanitizer and UndefinedBehaviorSanitizer. Stops at
+# the first failure; the exit code is the result of all of them. Prints how
+# long each stage took, also after a failure, so that the time limit of CI
+# stays in sight.
 set -euo pipefail
 source "$(dirname "$0")/scripts/bootstrap.sh"
 
@@ -39,9 +40,11 @@ print_stage_times() {
 }
 trap print_stage_times EXIT
 
-run_stage packages ensure_packages "${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}" "${WINE_PACKAGES[@]}"
+run_stage packages ensure_packages "${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}" "${WINE_PACKAGES[@]}" \
+  "${TIDY_PACKAGES[@]}"
 run_stage build build_project
 run_stage tests ctest --test-dir "$SUITEDEPLOYER_BUILD" --output-on-failure -j"$(nproc)"
+run_stage clang-tidy "$SUITEDEPLOYER_ROOT/scripts/tidy.sh"
 run_stage fuzzing "$SUITEDEPLOYER_ROOT/scripts/fuzz.sh"
 run_stage "Wine tests" "$SUITEDEPLOYER_ROOT/scripts/wine-tests.sh"
 run_stage "Windows program" "$SUITEDEPLOYER_ROOT/scripts/build-windows.sh"

@@ -28,7 +28,7 @@ public:
 
     // The clock is there for tests; the program uses the system clock.
     timestamp_file_sink(std::string base_filename, std::uint64_t max_files, std::uint64_t max_size,
-                        clock_function clock = [] { return std::time(nullptr); })
+                        const clock_function &clock = [] { return std::time(nullptr); })
         : max_size_(max_size)
         , max_files_(max_files)
         , base_filename_(std::move(base_filename))

@@ -92,8 +92,8 @@ PluginEntry Catalogue::pluginParam() const
 QList<PluginEntry> Catalogue::allPluginEntries() const
 {
     QList<PluginEntry> entries;
-    for (const QJsonValue &productEntry : json.value(defaultsKey).toArray()) {
-        for (const QJsonValue &plugin : productEntry.toObject().value(pluginsKey).toArray())
+    for (const QJsonValue productEntry : json.value(defaultsKey).toArray()) {
+        for (const QJsonValue plugin : productEntry.toObject().value(pluginsKey).toArray())
             entries.append(makePluginEntry(plugin.toObject()));
     }
     return entries;
@@ -102,7 +102,7 @@ QList<PluginEntry> Catalogue::allPluginEntries() const
 QStringList Catalogue::productsNotIn(const QJsonArray &productNames) const
 {
     QStringList missing;
-    for (const QJsonValue &productEntry : json.value(defaultsKey).toArray()) {
+    for (const QJsonValue productEntry : json.value(defaultsKey).toArray()) {
         const QString name = productEntry.toObject().value(productNameKey).toString();
         const bool requested = std::any_of(productNames.begin(), productNames.end(),
                                            [&name](const QJsonValue &requestedName) {
@@ -117,7 +117,7 @@ QStringList Catalogue::productsNotIn(const QJsonArray &productNames) const
 QStringList Catalogue::allFolderNames() const
 {
     QStringList folders;
-    for (const QJsonValue &productEntry : json.value(defaultsKey).toArray()) {
+    for (const QJsonValue productEntry : json.value(defaultsKey).toArray()) {
         const QString folder = productEntry.toObject().value(folderNameKey).toString();
         if (!folder.isEmpty())
             folders.append(folder);

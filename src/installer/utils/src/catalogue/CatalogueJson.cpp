@@ -16,7 +16,7 @@ QJsonObject findEntry(const QJsonArray &array, const QString &key, const QString
 {
     const QJsonValue wanted(value);
     for (const QJsonValue &element : array) {
-        const QJsonObject entry = element.toObject();
+        QJsonObject entry = element.toObject();
         if (entry.value(key) == wanted)
             return entry;
     }

@@ -22,7 +22,7 @@ QString registryPath(std::int32_t hive, const char *keyPath)
 // a sub-key, which a value name never does; such a name finds nothing.
 QString storedName(const QSettings &key, const char *valueName)
 {
-    const QString name = valueName == nullptr || *valueName == '\0' ? defaultValueName : QString::fromUtf8(valueName);
+    QString name = valueName == nullptr || *valueName == '\0' ? defaultValueName : QString::fromUtf8(valueName);
     if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')))
         return {};
     if (key.contains(name))

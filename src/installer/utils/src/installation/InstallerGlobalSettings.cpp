@@ -78,7 +78,7 @@ void Installer::writeUninstallInfo(const QJsonObject &request, QSettings &settin
     settings.setValue(displayVersionKey, request.value(versionKey).toString());
     settings.setValue(uninstallStringKey, binPath(request));
     settings.beginGroup(applicationsGroup);
-    for (const QJsonValue &plugin : request.value(pluginsKey).toArray()) {
+    for (const QJsonValue plugin : request.value(pluginsKey).toArray()) {
         const QString product = plugin.toString();
         const QString execDir = catalogue.execDir(product);
         const QString folder = execDir.isEmpty() ? catalogue.folderName(product) : execDir;

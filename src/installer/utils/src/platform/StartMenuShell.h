@@ -9,7 +9,8 @@ class StartMenuShell
 {
 public:
     StartMenuShell();
-    ~StartMenuShell();
+    // Ends the COM apartment on Windows, so it is not defaulted here.
+    ~StartMenuShell(); // NOLINT(performance-trivially-destructible)
     StartMenuShell(const StartMenuShell &) = delete;
     StartMenuShell &operator=(const StartMenuShell &) = delete;
 

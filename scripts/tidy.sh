@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# clang-tidy with the checks of .clang-tidy over the program's own sources
+# (src/), as the Linux build compiles them: the compile commands of build/.
+# Any finding fails the run. Usage: scripts/tidy.sh [build folder]
+set -euo pipefail
+source "$(dirname "$0")/bootstrap.sh"
+ensure_packages "${TIDY_PACKAGES[@]}"
+
+build=${1:-$SUITEDEPLOYER_BUILD}
+if [ ! -f "$build/compile_commands.json" ]; then
+  build_project "$build"
+fi
+# The program's files only: generated sources and the tests stay out.
+mapfile -t files < <(python3 - "$build/compile_commands.json" "$SUITEDEPLOYER_ROOT/src/" <<'PY'
+import json, sys
+commands, root = sys.argv[1], sys.argv[2]
+print("\n".join(sorted({entry["file"] for entry in json.load(open(commands)) if entry["file"].startswith(root)})))
+PY
+)
+echo "clang-tidy over ${#files[@]} files"
+run-clang-tidy -quiet -p "$build" -j"$(nproc)" "${files[@]}" 2>&1 | sed 's/\x1b\[[0-9;]*m//g' > "$build/clang-tidy.log" || {
+  grep -E 'warning:|error:' "$build/clang-tidy.log" | sort -u
+  echo "clang-tidy found the above; the whole output is in $build/clang-tidy.log"
+  exit 1
+}
+echo "clang-tidy: no findings"
