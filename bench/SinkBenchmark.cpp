@@ -29,8 +29,8 @@ void writeLines(benchmark::State &state, const std::shared_ptr<spdlog::sinks::si
 
 void timestampFileSink(benchmark::State &state)
 {
-    writeLines(state, std::make_shared<kelp::logging::timestamp_file_sink<std::mutex>>(
-                          folder + "/SuiteDeployer.log", 5, 104857600));
+    writeLines(state, std::make_shared<kelp::logging::timestamp_file_sink<std::mutex>>(folder + "/SuiteDeployer.log", 5,
+                                                                                       104857600));
 }
 
 void basicFileSink(benchmark::State &state)

@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray written = registryHive::write(values, hive);
     const QSettings::SettingsMap reread = registryHive::parse(written, hive);
     if (reread.keys() != values.keys()) {
-        std::fprintf(stderr, "read:\n%s\nwritten and read again:\n%s\n",
-                     qPrintable(values.keys().join('\n')), qPrintable(reread.keys().join('\n')));
+        std::fprintf(stderr, "read:\n%s\nwritten and read again:\n%s\n", qPrintable(values.keys().join('\n')),
+                     qPrintable(reread.keys().join('\n')));
         require(false);
     }
     const QByteArray rewritten = registryHive::write(reread, hive);

@@ -57,15 +57,14 @@ TEST_F(BackgroundE2ETest, NoMatchGivesAnEmptyList)
 
 TEST_F(BackgroundE2ETest, AHostRunningTwiceIsListedOnce)
 {
-    EXPECT_EQ(probeWith(wmicList({"Photoshop.exe", "explorer.exe", "Photoshop.exe"})),
-              QJsonArray{"Photoshop.exe"});
+    EXPECT_EQ(probeWith(wmicList({"Photoshop.exe", "explorer.exe", "Photoshop.exe"})), QJsonArray{"Photoshop.exe"});
 }
 
 TEST_F(BackgroundE2ETest, HostsMatchInsideLongerNamesButCaseCounts)
 {
-    EXPECT_EQ(probeWith(wmicList({"photoshop.exe", "Adobe Photoshop 2024.exe", "lightroom.exe",
-                                  "Lightroom Classic.exe"})),
-              (QJsonArray{"AdobePhotoshop2024.exe", "LightroomClassic.exe"}));
+    EXPECT_EQ(
+        probeWith(wmicList({"photoshop.exe", "Adobe Photoshop 2024.exe", "lightroom.exe", "Lightroom Classic.exe"})),
+        (QJsonArray{"AdobePhotoshop2024.exe", "LightroomClassic.exe"}));
 }
 
 TEST_F(BackgroundE2ETest, BlanksAreRemovedFromCaptions)

@@ -19,9 +19,8 @@ protected:
     bool probeRan() const { return QFile::exists(machine.path("wmic/arguments")); }
 
     Machine machine;
-    const QString request = encodeRequest(QJsonObject{{"rootDir", machine.path("suite")},
-                                                      {"language", 2}, {"lang", 2},
-                                                      {"plugins", QJsonArray{"Tintara 5"}}});
+    const QString request = encodeRequest(QJsonObject{
+        {"rootDir", machine.path("suite")}, {"language", 2}, {"lang", 2}, {"plugins", QJsonArray{"Tintara 5"}}});
 };
 
 void expectRegularEndWithoutAnswer(const DeployerRun &run)
@@ -105,8 +104,7 @@ TEST_F(CommandLineE2ETest, ADuplicatedKeyInTheRequestTakesItsLastValue)
 
 TEST_F(CommandLineE2ETest, ResetConfigWithoutValueFailsInTheParser)
 {
-    expectParserRejection(runDeployer(machine, {"--resetConfig"}),
-                          "Missing value after '--resetConfig'.");
+    expectParserRejection(runDeployer(machine, {"--resetConfig"}), "Missing value after '--resetConfig'.");
     expectParserRejection(runDeployer(machine, {"--background", "--resetConfig"}),
                           "Missing value after '--resetConfig'.");
     EXPECT_FALSE(probeRan());
@@ -141,8 +139,8 @@ TEST_F(CommandLineE2ETest, BackgroundTakesTheNextWordAsAnIgnoredArgument)
 
 TEST_F(CommandLineE2ETest, ShortLongAndPositionalFormsAreAccepted)
 {
-    for (const QStringList &arguments : {QStringList{"-b"}, QStringList{"--background"},
-                                         QStringList{"one", "two", "--background"}}) {
+    for (const QStringList &arguments :
+         {QStringList{"-b"}, QStringList{"--background"}, QStringList{"one", "two", "--background"}}) {
         const DeployerRun run = runDeployer(machine, arguments);
         EXPECT_EQ(decodeAnswer(run.standardOutput).value("background").toArray().size(), 1)
             << arguments.join(' ').toStdString();

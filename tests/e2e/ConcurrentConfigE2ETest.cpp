@@ -54,9 +54,11 @@ protected:
 
     QStringList configArguments(const QJsonArray &plugins) const
     {
-        const QJsonObject request{{"rootDir", machine.path("suite")}, {"plugins", plugins},
+        const QJsonObject request{{"rootDir", machine.path("suite")},
+                                  {"plugins", plugins},
                                   {"hosts", QJsonArray{QJsonObject{{"appName", "Photoshop"}, {"pluginPath", "/ps"}}}},
-                                  {"language", 4}, {"version", "4.2.0"}};
+                                  {"language", 4},
+                                  {"version", "4.2.0"}};
         return {"--config", encodeRequest(request)};
     }
 

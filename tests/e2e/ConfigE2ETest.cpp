@@ -29,8 +29,8 @@ protected:
 
     QJsonObject request(const QJsonArray &hosts, const QJsonArray &plugins) const
     {
-        return QJsonObject{{"rootDir", root()}, {"hosts", hosts}, {"plugins", plugins}, {"language", 5},
-                           {"version", "4.2.0"}};
+        return QJsonObject{
+            {"rootDir", root()}, {"hosts", hosts}, {"plugins", plugins}, {"language", 5}, {"version", "4.2.0"}};
     }
 
     void configure(const QJsonObject &request) const
@@ -43,7 +43,7 @@ protected:
     QSettings::SettingsMap hive(const char *name) const
     {
         QFile file(machine.path(name == QString("HKEY_CURRENT_USER") ? "home/.config/winreg/HKEY_CURRENT_USER.reg"
-                                                                      : "etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg"));
+                                                                     : "etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg"));
         file.open(QIODevice::ReadOnly);
         return registryHive::parse(file.readAll(), name);
     }

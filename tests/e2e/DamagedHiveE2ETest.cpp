@@ -30,7 +30,9 @@ QByteArray soundHive(const QByteArray &hiveName)
         text += "\"binary\"=hex:01,02," + n + "\n";
         text += "\"number\"=dword:0000002" + n.right(1) + "\n";
         text += "\"quoted\"=\"a \\\"quote\\\" and a \\\\ backslash " + n + "\"\n";
-        text += "\"umlaut\"=\"Gr\xC3\xBC\xC3\x9F" "e " + n + "\"\n\n";
+        text += "\"umlaut\"=\"Gr\xC3\xBC\xC3\x9F"
+                "e " +
+                n + "\"\n\n";
     }
     return text;
 }
@@ -138,9 +140,11 @@ TEST_P(DamagedHiveE2ETest, TheReadablePartIsKeptAndTheNextWriteIsWhole)
     EXPECT_EQ(machineReadable.size(), GetParam().readableValues);
     EXPECT_EQ(userReadable.size(), GetParam().readableValues);
 
-    const QJsonObject request{{"rootDir", machine.path("suite")}, {"plugins", QJsonArray{"Grainwick 3", "Rectilo"}},
+    const QJsonObject request{{"rootDir", machine.path("suite")},
+                              {"plugins", QJsonArray{"Grainwick 3", "Rectilo"}},
                               {"hosts", QJsonArray{QJsonObject{{"appName", "Photoshop"}, {"pluginPath", "/ps"}}}},
-                              {"language", 3}, {"version", "4.2.0"}};
+                              {"language", 3},
+                              {"version", "4.2.0"}};
     const DeployerRun run = runDeployer(machine, {"--config", encodeRequest(request)});
     EXPECT_TRUE(run.exitedNormally);
     EXPECT_EQ(run.exitCode, 0);

@@ -191,7 +191,10 @@ TEST_F(FaultsE2ETest, WithoutRightsOnTheMachineHiveOnlyTheUsersValuesAreWritten)
     const QByteArray machineHiveBefore = contentOf(machine.path(hostMachine::machineHive));
     const QString hiveFolder = QFileInfo(machine.path(hostMachine::machineHive)).path();
     makeReadOnly(hiveFolder);
-    const QJsonObject config{{"rootDir", root()}, {"plugins", someProducts}, {"language", 7}, {"version", "4.2.0"},
+    const QJsonObject config{{"rootDir", root()},
+                             {"plugins", someProducts},
+                             {"language", 7},
+                             {"version", "4.2.0"},
                              {"hosts", QJsonArray{host("Photoshop", photoshop(), 0)}}};
     completedQuietly(runDeployerWithoutRights(machine, {"home"}, {"--config", encodeRequest(config)}));
     EXPECT_EQ(contentOf(machine.path(hostMachine::machineHive)), machineHiveBefore);

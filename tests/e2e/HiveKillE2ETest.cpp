@@ -225,6 +225,6 @@ TEST_F(HiveKillE2ETest, AKilledWriteLeavesTheOldOrTheNewHiveAndTheNextRunWorks)
               << " while writing a hive (its lock file left), " << counts.betweenWrites << " between writes ("
               << counts.intermediateVersions.size() << " distinct intermediate versions), " << counts.afterTheLastWrite
               << " after the last write; " << counts.finishedFirst << " runs ended before the kill; "
-              << counts.emptyLocks << " empty lock files left, " << counts.temporaryFilesLeft
-              << " temporary files left" << std::endl;
+              << counts.emptyLocks << " empty lock files left, " << counts.temporaryFilesLeft << " temporary files left"
+              << std::endl;
 }

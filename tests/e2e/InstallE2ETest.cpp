@@ -125,12 +125,12 @@ TEST_F(InstallE2ETest, AHostWithoutTypeIsAPhotoshop)
 
 TEST_F(InstallE2ETest, AnUnknownTypeIsLoggedAndTheRestGoesOn)
 {
-    run("--install", request({host("Mystery", machine.path("hosts/x"), 7), host("Negative", machine.path("hosts/y"), -1),
-                              host("Photoshop", photoshop(), 1)}));
-    EXPECT_TRUE(log().contains("] Unknown host type requested - app: Mystery, path: " +
-                               machine.path("hosts/x").toUtf8() + ", type: 7\n"));
-    EXPECT_TRUE(log().contains("Unknown host type requested - app: Negative, path: " +
-                               machine.path("hosts/y").toUtf8() + ", type: -1\n"));
+    run("--install", request({host("Mystery", machine.path("hosts/x"), 7),
+                              host("Negative", machine.path("hosts/y"), -1), host("Photoshop", photoshop(), 1)}));
+    EXPECT_TRUE(log().contains(
+        "] Unknown host type requested - app: Mystery, path: " + machine.path("hosts/x").toUtf8() + ", type: 7\n"));
+    EXPECT_TRUE(log().contains(
+        "Unknown host type requested - app: Negative, path: " + machine.path("hosts/y").toUtf8() + ", type: -1\n"));
     EXPECT_FALSE(QDir(machine.path("hosts/x")).exists());
     EXPECT_TRUE(QDir(photoshop() + "/Tavrin/Rectilo").exists());
 }

@@ -35,9 +35,10 @@ TEST_F(LogFileE2ETest, ARunLeavesAStampedLogBelowTheRoamingFolder)
     EXPECT_TRUE(stampedName.match(files.first()).hasMatch()) << files.first().toStdString();
     QFile log(machine.path("home/.config/Tavrin/Orv Collection/logs/" + files.first()));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(log.readAll().contains("] Logger 'app' registered in folder '" +
-                                       machine.path("home/.config/Tavrin/Orv Collection/logs/SuiteDeployer.log").toUtf8() +
-                                       "' with trace level. Last failed create directory erc 0\n"));
+    EXPECT_TRUE(
+        log.readAll().contains("] Logger 'app' registered in folder '" +
+                               machine.path("home/.config/Tavrin/Orv Collection/logs/SuiteDeployer.log").toUtf8() +
+                               "' with trace level. Last failed create directory erc 0\n"));
 }
 
 TEST_F(LogFileE2ETest, ARejectedCommandLineIsLoggedToo)

@@ -21,7 +21,10 @@ const QString englishText =
 class LocalizedMachine : public Machine
 {
 public:
-    explicit LocalizedMachine(const QString &locale) : locale_(locale) {}
+    explicit LocalizedMachine(const QString &locale)
+        : locale_(locale)
+    {
+    }
 
     QProcessEnvironment environment() const
     {
@@ -46,7 +49,7 @@ DeployerRun runReport(const LocalizedMachine &machine)
 TEST(ReportE2ETest, ReportsTheLanguageNumberOfEachSystem)
 {
     const std::vector<std::pair<const char *, int>> cases = {
-        {"en_AU.UTF-8", 1}, {"ja_JP.UTF-8", 14}, {"de", 1}, {"de_DE.UTF-8", 0},
+        {"en_AU.UTF-8", 1}, {"ja_JP.UTF-8", 14}, {"de", 1},           {"de_DE.UTF-8", 0},
         {"sv_SE.UTF-8", 1}, {"es_419.UTF-8", 4}, {"th_TH.UTF-8", 12}, {"C", 1},
     };
     for (const auto &[locale, index] : cases) {
@@ -65,7 +68,8 @@ TEST(ReportE2ETest, AnEnglishMachineWithoutHostsGetsTheExactAnswer)
     EXPECT_FALSE(run.standardOutput.endsWith('\n'));
     const QByteArray text = answerText(run.standardOutput);
     EXPECT_EQ(text, "{\"currentLocale\":1,\"system\":{\"detectedHosts\":0,\"hosts\":[]},\"translations\":"
-                    "{\"introString\":\"" + englishText.toUtf8() + "\"}}");
+                    "{\"introString\":\"" +
+                        englishText.toUtf8() + "\"}}");
 }
 
 TEST(ReportE2ETest, ASwedishMachineGetsTheBritishText)
@@ -79,8 +83,8 @@ TEST(ReportE2ETest, AJapaneseMachineGetsTheJapaneseText)
 {
     const LocalizedMachine machine("ja_JP.UTF-8");
     const QJsonObject answer = decodeAnswer(runReport(machine).standardOutput);
-    EXPECT_TRUE(answer.value("translations").toObject().value("introString").toString().contains(
-        QString::fromUtf8("[次へ]")));
+    EXPECT_TRUE(
+        answer.value("translations").toObject().value("introString").toString().contains(QString::fromUtf8("[次へ]")));
 }
 
 TEST(ReportE2ETest, HostsComeInTheOrderPhotoshopLightroomElements)
@@ -104,7 +108,8 @@ TEST(ReportE2ETest, HostsComeInTheOrderPhotoshopLightroomElements)
         QJsonObject{{"appName", ""}, {"pluginPath", "C:\\PS10\\Plug-ins"}, {"type", 0}},
         QJsonObject{{"appName", "Photoshop CC 2017 (64-Bit)"}, {"pluginPath", shared}, {"type", 0}},
         QJsonObject{{"appName", "Photoshop CC 2018 (64-Bit)"}, {"pluginPath", shared}, {"type", 0}},
-        QJsonObject{{"appName", "Lightroom 6"}, {"pluginPath", machine.path("home/.config/Adobe/Lightroom/")}, {"type", 2}},
+        QJsonObject{
+            {"appName", "Lightroom 6"}, {"pluginPath", machine.path("home/.config/Adobe/Lightroom/")}, {"type", 2}},
         QJsonObject{{"appName", "Photoshop Elements 2018 (64-Bit)"}, {"pluginPath", "C:\\PSE\\Plug-ins"}, {"type", 1}},
     };
     EXPECT_EQ(system.value("hosts").toArray(), expected);

@@ -32,13 +32,13 @@ class RoadE2ETest : public testing::Test
 protected:
     RoadE2ETest()
     {
-        writeMachineHive(machine,
-                         "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\110.0]\n\"Version\"=\"17\"\n\n"
-                         "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n\"Version\"=\"18\"\n\n"
-                         "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n@=\"" +
-                             machine.path("Elements/Plug-Ins").toUtf8() +
-                             "\"\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion]\n"
-                             "\"CommonFilesDir\"=\"" + machine.path("Common Files").toUtf8() + "\"\n");
+        writeMachineHive(machine, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\110.0]\n\"Version\"=\"17\"\n\n"
+                                  "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n\"Version\"=\"18\"\n\n"
+                                  "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n@=\"" +
+                                      machine.path("Elements/Plug-Ins").toUtf8() +
+                                      "\"\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion]\n"
+                                      "\"CommonFilesDir\"=\"" +
+                                      machine.path("Common Files").toUtf8() + "\"\n");
         machine.writeFile("home/.config/winreg/HKEY_CURRENT_USER.reg",
                           "[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\OrvOld]\n"
                           "\"DisplayName\"=\"Orv Collection\"\n");
@@ -93,9 +93,14 @@ protected:
     QJsonObject installRequest(const QJsonArray &hosts, const QJsonArray &plugins, int language,
                                const char *isUpdate) const
     {
-        return QJsonObject{{"rootDir", machine.path("suite")}, {"hosts", hosts},          {"plugins", plugins},
-                           {"language", language},             {"version", "4.2.0"},      {"mixpanelEnabled", true},
-                           {"isUpdate", isUpdate},             {"localAppDataDir", ""}};
+        return QJsonObject{{"rootDir", machine.path("suite")},
+                           {"hosts", hosts},
+                           {"plugins", plugins},
+                           {"language", language},
+                           {"version", "4.2.0"},
+                           {"mixpanelEnabled", true},
+                           {"isUpdate", isUpdate},
+                           {"localAppDataDir", ""}};
     }
 
     Machine machine;
@@ -127,7 +132,8 @@ TEST_F(RoadE2ETest, TheWizardsWholeRoad)
     QJsonArray fewerHosts;
     std::copy_if(hosts.begin(), hosts.end(), std::back_inserter(fewerHosts),
                  [](const QJsonValue &host) { return host.toObject().value("type").toInt() != 1; });
-    const QJsonObject update = installRequest(fewerHosts, {"Tintara 5", "Rectilo", "Acutara 3", "Bracketon 2"}, 5, "true");
+    const QJsonObject update =
+        installRequest(fewerHosts, {"Tintara 5", "Rectilo", "Acutara 3", "Bracketon 2"}, 5, "true");
     run("--install", update);
     run("--config", update);
     expectSnapshot("04-update");

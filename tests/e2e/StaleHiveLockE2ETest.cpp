@@ -57,9 +57,11 @@ protected:
 
     QStringList configArguments() const
     {
-        const QJsonObject request{{"rootDir", machine.path("suite")}, {"plugins", QJsonArray{"Tintara 5"}},
+        const QJsonObject request{{"rootDir", machine.path("suite")},
+                                  {"plugins", QJsonArray{"Tintara 5"}},
                                   {"hosts", QJsonArray{QJsonObject{{"appName", "Photoshop"}, {"pluginPath", "/ps"}}}},
-                                  {"language", 3}, {"version", "4.2.0"}};
+                                  {"language", 3},
+                                  {"version", "4.2.0"}};
         return {"--config", encodeRequest(request)};
     }
 
@@ -123,5 +125,6 @@ TEST_F(StaleHiveLockE2ETest, ModesThatOnlyReadMakeNothingWhereNoHiveIs)
         EXPECT_FALSE(QFileInfo::exists(machine.path("etc/xdg/winreg")));
         EXPECT_FALSE(QFileInfo::exists(machine.path("home/.config/winreg")));
     }
-    EXPECT_TRUE(QDir(machine.path("etc/xdg")).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot));
+    EXPECT_TRUE(
+        QDir(machine.path("etc/xdg")).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot));
 }

@@ -106,8 +106,8 @@ QString shown(const QByteArray &bytes)
 
 QString describe(const QString &mode, std::uint64_t seed, int index, const QStringList &arguments, bool withoutRights)
 {
-    QString text = QString("seed %1, %2 run %3%4:").arg(seed).arg(mode).arg(index).arg(
-        withoutRights ? " without rights" : "");
+    QString text =
+        QString("seed %1, %2 run %3%4:").arg(seed).arg(mode).arg(index).arg(withoutRights ? " without rights" : "");
     for (const QString &argument : arguments) {
         text += "\n  argument " + shown(argument.toUtf8());
         const int equals = argument.startsWith("--") ? argument.indexOf('=') : -1;
@@ -166,7 +166,8 @@ void writeFileAt(const QString &path, const QByteArray &content)
 class UnexpectedRequestsE2ETest : public testing::Test
 {
 protected:
-    UnexpectedRequestsE2ETest() : machine(parent.path())
+    UnexpectedRequestsE2ETest()
+        : machine(parent.path())
     {
         // The user without rights must reach the machine.
         QFile::setPermissions(parent.path(), QFile::permissions(parent.path()) | QFile::ReadOther | QFile::ExeOther);
@@ -201,8 +202,12 @@ protected:
 
     RequestPlaces places() const
     {
-        return {machine.root(),          machine.path("suite"),     machine.path("hosts"),
-                parent.filePath("outside"), machine.path("plain.txt"), machine.path("locked")};
+        return {machine.root(),
+                machine.path("suite"),
+                machine.path("hosts"),
+                parent.filePath("outside"),
+                machine.path("plain.txt"),
+                machine.path("locked")};
     }
 
     QString outsideState() const { return folderState(parent.path(), {QFileInfo(machine.root()).fileName()}); }
@@ -298,8 +303,7 @@ protected:
 
     static QJsonValue compactHost(RequestGenerator &generator)
     {
-        return QJsonObject{{"pluginPath", QString("hosts/h%1").arg(generator.below(24))},
-                           {"type", generator.below(4)}};
+        return QJsonObject{{"pluginPath", QString("hosts/h%1").arg(generator.below(24))}, {"type", generator.below(4)}};
     }
 
     // Mostly one of the languages, so that the runs get past the check of the language.
@@ -392,8 +396,7 @@ protected:
         generator.put(request, "keepPreferences",
                       [&] { return generator.chance(50) ? QJsonValue("false") : QJsonValue(generator.oddText()); });
         generator.addExtraKeys(request);
-        return {option(generator, "uninstall", generator.optionValue(request)),
-                generator.chance(withoutRightsPercent)};
+        return {option(generator, "uninstall", generator.optionValue(request)), generator.chance(withoutRightsPercent)};
     }
 
     Invocation resetConfigInvocation(RequestGenerator &generator) const
@@ -419,9 +422,9 @@ protected:
     void prepareUninstallation(RequestGenerator &generator) const
     {
         QSettings::SettingsMap hive;
-        QJsonArray folders = generator.manyOf(
-            [&] { return generator.chance(50) ? generator.targetFolder() : generator.sourceFolder(); },
-            [&] { return QString("hosts/h%1").arg(generator.below(24)); });
+        QJsonArray folders =
+            generator.manyOf([&] { return generator.chance(50) ? generator.targetFolder() : generator.sourceFolder(); },
+                             [&] { return QString("hosts/h%1").arg(generator.below(24)); });
         if (generator.chance(3))
             folders.append(generator.targetFolder() + QString(2000000, 'm'));
         for (int index = 0; index < folders.size(); ++index) {
@@ -435,12 +438,12 @@ protected:
         }
         machine.writeFile(hostMachine::machineHive, registryHive::write(hive, "HKEY_LOCAL_MACHINE"));
         const QString host = QString("hosts/h%1/").arg(generator.below(24));
-        for (const QString &file : {host + "Tavrin/Rectilo/Rectilo.8bf.lnk",
-                                    host + "Modules/PluginParam.lrplugin/Info.lua",
-                                    host + "Export Presets/Orv Collection/x.lrtemplate",
-                                    QString("usr/share/applications/Tavrin Orv Collection/Tintara 5.lnk"),
-                                    QString("home/Pictures/Rectilo Samples/Sign.jpg"),
-                                    QString("ProgramData/Tavrin/Orv Collection/OrvCollection.cfg")})
+        for (const QString &file :
+             {host + "Tavrin/Rectilo/Rectilo.8bf.lnk", host + "Modules/PluginParam.lrplugin/Info.lua",
+              host + "Export Presets/Orv Collection/x.lrtemplate",
+              QString("usr/share/applications/Tavrin Orv Collection/Tintara 5.lnk"),
+              QString("home/Pictures/Rectilo Samples/Sign.jpg"),
+              QString("ProgramData/Tavrin/Orv Collection/OrvCollection.cfg")})
             machine.writeFile(file, "x");
         for (const QString &product : products) {
             if (!generator.chance(40))
@@ -485,8 +488,8 @@ protected:
         QSettings::SettingsMap hive;
         const int count = generator.chance(10) ? 2000 : generator.below(6);
         for (int index = 0; index < count; ++index) {
-            const QString version = generator.chance(50) ? QString("%1.0").arg(generator.below(200))
-                                                         : generator.oddText(false).remove('/');
+            const QString version =
+                generator.chance(50) ? QString("%1.0").arg(generator.below(200)) : generator.oddText(false).remove('/');
             const QString folder = generator.chance(50) ? generator.targetFolder() : generator.oddText();
             if (generator.chance(50))
                 hive.insert("SOFTWARE/Adobe/Photoshop/" + version + "/PluginPath", folder);
@@ -509,9 +512,10 @@ protected:
     {
         QByteArray output = generator.chance(70) ? "Caption\r\r\n" : "";
         for (int count = generator.chance(5) ? 20000 : generator.below(8); count > 0; --count) {
-            const QString name = generator.chance(40) ? generator.pick({"Photoshop.exe", "Lightroom.exe",
-                                                                        "Tintara 5.exe", "RectiloGraymere"})
-                                                      : generator.oddText(false);
+            const QString name =
+                generator.chance(40)
+                    ? generator.pick({"Photoshop.exe", "Lightroom.exe", "Tintara 5.exe", "RectiloGraymere"})
+                    : generator.oddText(false);
             output += name.toUtf8() + generator.pick({"\r\r\n", "\n", "\r\n", "", " \t"}).toLatin1();
         }
         machine.installFakeWmic(output, generator.chance(20) ? generator.oddText().toUtf8() : QByteArray());
@@ -545,9 +549,9 @@ TEST_F(UnexpectedRequestsE2ETest, Config)
         if (generator.chance(25))
             QFile::remove(machine.path(hostMachine::machineHive));
     };
-    runRequests({"config", Answer::None, prepare,
-                 [&](RequestGenerator &generator) { return configInvocation(generator); }},
-                300);
+    runRequests(
+        {"config", Answer::None, prepare, [&](RequestGenerator &generator) { return configInvocation(generator); }},
+        300);
 }
 
 TEST_F(UnexpectedRequestsE2ETest, Uninstall)
@@ -596,8 +600,7 @@ TEST_F(UnexpectedRequestsE2ETest, ARootFolderWithANulCharacterEndsTheRun)
 TEST_F(UnexpectedRequestsE2ETest, AFolderThatAPathClimbsThroughIsNotMade)
 {
     const QString backIn = places().outside + "/missing/../../" + QFileInfo(machine.root()).fileName() + "/data";
-    check({{"--install",
-            encodeRequest({{"rootDir", places().suite}, {"language", 1}, {"localAppDataDir", backIn}})}},
+    check({{"--install", encodeRequest({{"rootDir", places().suite}, {"language", 1}, {"localAppDataDir", backIn}})}},
           Answer::None);
     EXPECT_TRUE(QDir(machine.path("data/Tavrin/Orv Collection")).exists());
 }

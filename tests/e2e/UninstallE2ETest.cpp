@@ -16,31 +16,37 @@ class UninstallE2ETest : public testing::Test
 protected:
     UninstallE2ETest()
     {
-        writeMachineHive({"Tintara 5", "Rectilo", "Bracketon 2"},
-                         "\"0_Path\"=\"" + photoshop() + "\"\n\"0_Name\"=\"Photoshop\"\n"
-                         "\"1_Path\"=\"" + lightroom() + "\"\n\"1_Name\"=\"Lightroom\"\n");
+        writeMachineHive({"Tintara 5", "Rectilo", "Bracketon 2"}, "\"0_Path\"=\"" + photoshop() +
+                                                                      "\"\n\"0_Name\"=\"Photoshop\"\n"
+                                                                      "\"1_Path\"=\"" +
+                                                                      lightroom() + "\"\n\"1_Name\"=\"Lightroom\"\n");
         for (const char *file : {"usr/share/applications/Tavrin Orv Collection/Tintara 5.lnk",
-                                 "hosts/ps/Tavrin/Tintara 5/Tintara 5.8bf.lnk", "hosts/ps/Other/kept.8bf",
+                                 "hosts/ps/Tavrin/Tintara 5/Tintara 5.8bf.lnk",
+                                 "hosts/ps/Other/kept.8bf",
                                  "hosts/lr/Modules/Bracketon2.lrplugin/Info.lua",
                                  "hosts/lr/Modules/PluginParam.lrplugin/RevUtil1config.lua",
                                  "hosts/lr/Modules/Other.lrplugin/Info.lua",
                                  "hosts/lr/External Editor Presets/Tintara5.lrtemplate",
                                  "hosts/lr/External Editor Presets/Mine.lrtemplate",
                                  "hosts/lr/Export Presets/Orv Collection/x.lrtemplate",
-                                 "home/Pictures/Rectilo Samples/Sign.jpg", "home/Pictures/Holiday.jpg",
+                                 "home/Pictures/Rectilo Samples/Sign.jpg",
+                                 "home/Pictures/Holiday.jpg",
                                  "home/.local/share/Tavrin/Tintara 5/Tintara5.cfg",
                                  "home/.local/share/Tavrin/Tintara 5/LastEdit",
                                  "home/.local/share/Tavrin/Tintara 5/LastEdit.cfg",
                                  "home/.local/share/Tavrin/Tintara 5/crash_reports/1.dmp",
                                  "home/.local/share/Tavrin/Tintara 5/Presets/Mine.preset",
                                  "home/.local/share/Tavrin/Tintara 4/Tintara4.cfg",
-                                 "home/.local/share/Tintara 5/cache/c.bin", "home/.local/share/Tintara 4/cache/c.bin",
+                                 "home/.local/share/Tintara 5/cache/c.bin",
+                                 "home/.local/share/Tintara 4/cache/c.bin",
                                  "home/.local/share/Tavrin/Zonal Palette/cache/p.bin",
                                  "home/.local/share/Tavrin/Zonal Palette/com.tavrin.zonaltool.lastedit.prefs",
                                  "home/.local/share/Tavrin/Zonal Palette/layout.xml",
-                                 "ProgramData/Tavrin/bin/plugins/x.dat", "ProgramData/Tavrin/Rectilo/r.dat",
+                                 "ProgramData/Tavrin/bin/plugins/x.dat",
+                                 "ProgramData/Tavrin/Rectilo/r.dat",
                                  "ProgramData/Tavrin/Orv Collection/OrvCollection.cfg",
-                                 "ProgramData/Tavrin/Presets/Default.preset", "suite/bin/Tintara 5.exe"})
+                                 "ProgramData/Tavrin/Presets/Default.preset",
+                                 "suite/bin/Tintara 5.exe"})
             machine.writeFile(file, "x");
     }
 
@@ -157,9 +163,8 @@ TEST_F(UninstallE2ETest, ATemplateFileAtAModulesPlaceGoesAsAFile)
 
 TEST_F(UninstallE2ETest, ADoubledPathAndAnyKeyWithPathAreTaken)
 {
-    writeMachineHive({}, "\"0_Path\"=\"" + photoshop() + "\"\n\"1_Path\"=\"" + photoshop() +
-                             "\"\n\"MyPathName\"=\"" + lightroom() + "\"\n\"2_Name\"=\"" + machine.path("hosts") +
-                             "\"\n");
+    writeMachineHive({}, "\"0_Path\"=\"" + photoshop() + "\"\n\"1_Path\"=\"" + photoshop() + "\"\n\"MyPathName\"=\"" +
+                             lightroom() + "\"\n\"2_Name\"=\"" + machine.path("hosts") + "\"\n");
     uninstall({});
     EXPECT_FALSE(exists("hosts/ps/Tavrin"));
     EXPECT_FALSE(exists("hosts/lr/Modules/Bracketon2.lrplugin"));

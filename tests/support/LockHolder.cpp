@@ -21,8 +21,7 @@ void announceAndWait()
     std::puts("held");
     std::fflush(stdout);
     char byte = 0;
-    while (::read(STDIN_FILENO, &byte, 1) > 0) {
-    }
+    while (::read(STDIN_FILENO, &byte, 1) > 0) {}
 }
 
 } // namespace

@@ -24,7 +24,9 @@ protected:
     void flush_() override {}
 };
 
-LogCapture::LogCapture() : sink_(std::make_shared<Sink>()), previous_(spdlog::default_logger())
+LogCapture::LogCapture()
+    : sink_(std::make_shared<Sink>())
+    , previous_(spdlog::default_logger())
 {
     auto logger = std::make_shared<spdlog::logger>("capture", sink_);
     logger->set_level(spdlog::level::trace);

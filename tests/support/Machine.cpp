@@ -17,8 +17,7 @@ void writeBytes(const QString &path, const QByteArray &content)
 
 QString shellQuoted(const QString &text)
 {
-    return QLatin1Char('\'') + QString(text).replace(QLatin1Char('\''), QStringLiteral("'\\''")) +
-           QLatin1Char('\'');
+    return QLatin1Char('\'') + QString(text).replace(QLatin1Char('\''), QStringLiteral("'\\''")) + QLatin1Char('\'');
 }
 
 } // namespace
@@ -28,7 +27,8 @@ Machine::Machine()
     makeFolders();
 }
 
-Machine::Machine(const QString &parentFolder) : dir_(parentFolder + QStringLiteral("/machine-XXXXXX"))
+Machine::Machine(const QString &parentFolder)
+    : dir_(parentFolder + QStringLiteral("/machine-XXXXXX"))
 {
     makeFolders();
 }
@@ -37,8 +37,8 @@ void Machine::makeFolders() const
 {
     if (!dir_.isValid())
         throw std::runtime_error("cannot make a temporary folder");
-    for (const char *folder : {"home/.config", "home/.local/share", "etc/xdg", "usr/share",
-                               "ProgramData", "bin", "wmic"})
+    for (const char *folder :
+         {"home/.config", "home/.local/share", "etc/xdg", "usr/share", "ProgramData", "bin", "wmic"})
         QDir(root()).mkpath(QString::fromLatin1(folder));
 }
 
@@ -89,12 +89,12 @@ void Machine::installFakeWmic(const QByteArray &output, const QByteArray &errorO
     const QString errorFile = path(QStringLiteral("wmic/stderr"));
     writeBytes(outputFile, output);
     writeBytes(errorFile, errorOutput);
-    const QString script = QStringLiteral("#!/bin/sh\n"
-                                          "printf '%s\\n' \"$@\" > %1\n"
-                                          "cat %2\n"
-                                          "cat %3 >&2\n")
-                               .arg(shellQuoted(path(QStringLiteral("wmic/arguments"))),
-                                    shellQuoted(outputFile), shellQuoted(errorFile));
+    const QString script =
+        QStringLiteral("#!/bin/sh\n"
+                       "printf '%s\\n' \"$@\" > %1\n"
+                       "cat %2\n"
+                       "cat %3 >&2\n")
+            .arg(shellQuoted(path(QStringLiteral("wmic/arguments"))), shellQuoted(outputFile), shellQuoted(errorFile));
     const QString wmic = path(QStringLiteral("bin/wmic.exe"));
     writeBytes(wmic, script.toUtf8());
     QFile::setPermissions(wmic, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

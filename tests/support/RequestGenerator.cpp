@@ -48,15 +48,15 @@ const QStringList oddTexts = {
     QStringLiteral("$HOME `id` $(id) ; x"),
 };
 
-const std::vector<double> oddNumbers = {0,   1,   2,    16,           17,            -1,
-                                        -17, 0.5, 1.5,  -0.0,         3.0,           1e-300,
-                                        1e300, -1e300, 2147483647.0, -2147483648.0, 2147483648.0, 9007199254740993.0};
+const std::vector<double> oddNumbers = {
+    0,    1,   2,      16,    17,     -1,           -17,           0.5,          1.5,
+    -0.0, 3.0, 1e-300, 1e300, -1e300, 2147483647.0, -2147483648.0, 2147483648.0, 9007199254740993.0};
 
 // Bidirectional controls, marks and letters of several scripts, and characters outside the first plane.
 const std::vector<std::pair<char32_t, char32_t>> characterRanges = {
-    {0x20, 0x2E},     {0x30, 0x7E},     {0xA0, 0xFF},     {0x400, 0x44F},   {0x5D0, 0x5EA},   {0x620, 0x64A},
-    {0x300, 0x36F},   {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}, {0x4E00, 0x4FFF}, {0x1F300, 0x1F5FF},
-    {0xFFF0, 0xFFFD}, {0x1, 0x1F}};
+    {0x20, 0x2E},     {0x30, 0x7E},       {0xA0, 0xFF},     {0x400, 0x44F},   {0x5D0, 0x5EA},
+    {0x620, 0x64A},   {0x300, 0x36F},     {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069},
+    {0x4E00, 0x4FFF}, {0x1F300, 0x1F5FF}, {0xFFF0, 0xFFFD}, {0x1, 0x1F}};
 
 QString base64Of(const QByteArray &bytes)
 {
@@ -66,7 +66,8 @@ QString base64Of(const QByteArray &bytes)
 } // namespace
 
 RequestGenerator::RequestGenerator(std::uint64_t seed, RequestPlaces places)
-    : random_(seed), places_(std::move(places))
+    : random_(seed)
+    , places_(std::move(places))
 {
 }
 
@@ -105,8 +106,8 @@ void RequestGenerator::addExtraKeys(QJsonObject &request)
 {
     if (!chance(30))
         return;
-    const QStringList lookAlikes = {"RootDir", "rootdir", "ROOTDIR", " rootDir", "hosts ", "Plugins", "lang",
-                                    "language", "type", "pluginPath", QString()};
+    const QStringList lookAlikes = {"RootDir", "rootdir",  "ROOTDIR", " rootDir",   "hosts ", "Plugins",
+                                    "lang",    "language", "type",    "pluginPath", QString()};
     for (int count = 1 + below(4); count > 0; --count) {
         const QString key = chance(50) ? pick(lookAlikes) : oddText(false);
         const QJsonValue value = anyValue(1);

@@ -5,8 +5,8 @@
 ScopedEnvironment::ScopedEnvironment(const Machine &machine)
 {
     const QProcessEnvironment environment = machine.environment();
-    for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CONFIG_DIRS",
-                             "XDG_DATA_DIRS", "ProgramData", "PATH"})
+    for (const char *name :
+         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CONFIG_DIRS", "XDG_DATA_DIRS", "ProgramData", "PATH"})
         set(name, environment.value(QString::fromLatin1(name)).toUtf8());
 }
 

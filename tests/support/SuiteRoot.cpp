@@ -50,7 +50,9 @@ QByteArray contentOf(const QString &fileName)
                "    <group name=\"Language\">\n"
                "        <key name=\"Language\" type=\"string\" value=\"en\"/>\n"
                "    </group>\n"
-               "    <group name=\"" + fileName.toUtf8() + "\">\n"
+               "    <group name=\"" +
+               fileName.toUtf8() +
+               "\">\n"
                "        <key name=\"Sharpen\" type=\"bool\" value=\"1\"/>\n"
                "    </group>\n"
                "</configuration>\n";
@@ -67,9 +69,9 @@ void create(const QString &root)
     writeFile(root + "/bin/automation/Palette/ZonalPalette.8li");
     writeFile(root + "/bin/reversible_util.exe");
     createModule(root + "/bin/lrplugins/PluginParam.lrplugin", "PluginParam");
-    for (const char *picture : {"pictures/Sunset.jpg", "pictures/Harbour.jpg", "pictures/1033/Sign.jpg",
-                                "pictures/1031/Schild.jpg", "pictures/1031/Details/Tafel.jpg",
-                                "pictures/1041/Kanban.jpg", "pictures/readme.txt"})
+    for (const char *picture :
+         {"pictures/Sunset.jpg", "pictures/Harbour.jpg", "pictures/1033/Sign.jpg", "pictures/1031/Schild.jpg",
+          "pictures/1031/Details/Tafel.jpg", "pictures/1041/Kanban.jpg", "pictures/readme.txt"})
         writeFile(root + "/" + picture);
     writeFile(root + "/appData/Presets/Default.preset");
     writeFile(root + "/appData/Licenses/Orv.lic");

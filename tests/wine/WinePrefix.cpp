@@ -176,8 +176,7 @@ RunningWindowsProgram::RunningWindowsProgram(const WinePrefix &prefix, const QSt
     process_.start(QStringLiteral(WINE_LOADER), {windowsPath});
     // A hang guard only: the line comes within a second.
     while (process_.state() != QProcess::NotRunning && !process_.canReadLine() &&
-           process_.waitForReadyRead(defaultHangGuardMilliseconds)) {
-    }
+           process_.waitForReadyRead(defaultHangGuardMilliseconds)) {}
     if (process_.canReadLine())
         firstLine_ = process_.readLine().trimmed();
 }

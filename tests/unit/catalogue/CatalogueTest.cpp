@@ -39,9 +39,8 @@ void expectEmpty(const PluginEntry &entry)
 
 TEST_F(CatalogueTest, ListsTheTwelveProductsInCatalogueOrder)
 {
-    const QStringList expected = {
-        "Bracketon 2", "Grainwick 2", "Grainwick 3", "Tintara 4", "Tintara 5", "Quietar 2",
-        "Graymere 2",  "Graymere 3",  "Lumbrio 2",   "Lumbrio 3", "Rectilo",   "Acutara 3"};
+    const QStringList expected = {"Bracketon 2", "Grainwick 2", "Grainwick 3", "Tintara 4", "Tintara 5", "Quietar 2",
+                                  "Graymere 2",  "Graymere 3",  "Lumbrio 2",   "Lumbrio 3", "Rectilo",   "Acutara 3"};
     EXPECT_EQ(catalogue.productsNotIn(QJsonArray()), expected);
 }
 
@@ -52,11 +51,10 @@ TEST_F(CatalogueTest, HasExactlyTheTwoTopLevelKeys)
 
 TEST_F(CatalogueTest, ProductEntriesCarryOnlyTheKeysOfTheirGeneration)
 {
-    const QStringList oldGeneration = {"ConfigFile", "FilesFolder", "FolderName", "ProductName",
-                                       "SettingsFile", "plugins"};
-    const QStringList currentGeneration = {"ConfigFile",  "ExecDir",      "FilesFolder",
-                                           "FolderName",  "ProductName",  "SettingsFile",
-                                           "orv4.path",   "plugins"};
+    const QStringList oldGeneration = {"ConfigFile",  "FilesFolder",  "FolderName",
+                                       "ProductName", "SettingsFile", "plugins"};
+    const QStringList currentGeneration = {"ConfigFile",  "ExecDir",      "FilesFolder", "FolderName",
+                                           "ProductName", "SettingsFile", "orv4.path",   "plugins"};
     const QSet<QString> current = {"Grainwick 3", "Tintara 5", "Graymere 3", "Lumbrio 3"};
     for (const QJsonValue &value : catalogue.json.value("Defaults").toArray()) {
         const QJsonObject product = value.toObject();
@@ -158,11 +156,10 @@ TEST_F(CatalogueTest, ThreePluginsHaveNoLuaFile)
 
 TEST_F(CatalogueTest, AllPluginEntriesAreTheThirteenInOrderWithoutPluginParam)
 {
-    const QStringList expected = {
-        "Bracketon 2.exe", "Grainwick 2.exe", "Grainwick 3.exe",      "Tintara 4.exe",
-        "Tintara 5.exe",   "Quietar2.exe",    "Graymere 2.exe",       "Graymere 3.exe",
-        "Lumbrio 2.exe",   "Lumbrio 3.exe",   "Rectilo Launcher.exe", "ACU3OST.exe",
-        "ACU3RST.exe"};
+    const QStringList expected = {"Bracketon 2.exe", "Grainwick 2.exe", "Grainwick 3.exe",      "Tintara 4.exe",
+                                  "Tintara 5.exe",   "Quietar2.exe",    "Graymere 2.exe",       "Graymere 3.exe",
+                                  "Lumbrio 2.exe",   "Lumbrio 3.exe",   "Rectilo Launcher.exe", "ACU3OST.exe",
+                                  "ACU3RST.exe"};
     EXPECT_EQ(lightroomNames(catalogue.allPluginEntries()), expected);
 }
 
@@ -195,16 +192,14 @@ TEST_F(CatalogueTest, PluginParamIsTheSharedModule)
 
 TEST_F(CatalogueTest, TintaraFourKeepsItsWindowsNameForTheMac)
 {
-    const QJsonObject tintara4 = findEntry(catalogue.json.value("Defaults").toArray(),
-                                           "ProductName", "Tintara 4");
+    const QJsonObject tintara4 = findEntry(catalogue.json.value("Defaults").toArray(), "ProductName", "Tintara 4");
     const QJsonObject plugin = tintara4.value(plugins).toArray().first().toObject();
     EXPECT_EQ(plugin.value("LightroomNameMac").toString(), "Tintara 4.exe");
 }
 
 TEST_F(CatalogueTest, ProductsNotInComparesNamesExactly)
 {
-    const QStringList missing =
-        catalogue.productsNotIn(QJsonArray{"grainwick 3", "Tintara 5", 42, QJsonValue()});
+    const QStringList missing = catalogue.productsNotIn(QJsonArray{"grainwick 3", "Tintara 5", 42, QJsonValue()});
     EXPECT_EQ(missing.size(), 11);
     EXPECT_TRUE(missing.contains("Grainwick 3"));
     EXPECT_FALSE(missing.contains("Tintara 5"));

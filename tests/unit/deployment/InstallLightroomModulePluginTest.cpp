@@ -130,9 +130,9 @@ TEST_F(InstallLightroomModulePluginTest, LogsTheModuleThePresetsAndTheLuaFile)
                       "/Modules/PluginParam.lrplugin/RevUtil1config.lua with content RevUtil1AppPath = "
                       "\"/opt/orv/bin/reversible_util.exe\"",
               }));
-    EXPECT_EQ(functions(), (std::vector<std::string>{"Installer::installLightroomModulePlugin",
-                                                     "Installer::installLightroomModulePlugin",
-                                                     "fileUtils::createTextFile"}));
+    EXPECT_EQ(functions(),
+              (std::vector<std::string>{"Installer::installLightroomModulePlugin",
+                                        "Installer::installLightroomModulePlugin", "fileUtils::createTextFile"}));
 }
 
 TEST_F(InstallLightroomModulePluginTest, TheLinesCarryTheEntrysName)
@@ -250,15 +250,15 @@ TEST_F(InstallLightroomModulePluginTest, ADestinationThatCannotBeMadeEndsInTheEr
 {
     writePluginParamSource();
     machine.writeFile("lightroom", "a file where the data folder should be");
-    const QDir result = Installer::installLightroomModulePlugin(catalogue.pluginParam(), source(), lrRoot(),
-                                                                executable);
+    const QDir result =
+        Installer::installLightroomModulePlugin(catalogue.pluginParam(), source(), lrRoot(), executable);
     EXPECT_EQ(result.path(), ".");
     const std::vector<std::string> texts = log.texts();
     ASSERT_EQ(texts.size(), 4u);
-    EXPECT_EQ(texts[0], "warning: Failed to create directory " + lrRoot().toStdString() +
-                            "/Modules/PluginParam.lrplugin");
-    EXPECT_EQ(texts[1], "warning: Failed to create directory " + lrRoot().toStdString() +
-                            "/Export Presets/Orv Collection");
+    EXPECT_EQ(texts[0],
+              "warning: Failed to create directory " + lrRoot().toStdString() + "/Modules/PluginParam.lrplugin");
+    EXPECT_EQ(texts[1],
+              "warning: Failed to create directory " + lrRoot().toStdString() + "/Export Presets/Orv Collection");
     EXPECT_EQ(texts[3], "error: Failed to install, because of following issue: filesystem error: cannot copy: Not a "
                         "directory [" +
                             source().toStdString() + "/PluginParam.lrplugin] [" + lrRoot().toStdString() +

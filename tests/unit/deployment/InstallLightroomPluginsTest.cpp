@@ -29,14 +29,22 @@ QByteArray expectedPreset(const QString &uid, const QString &name, const QString
 {
     const QByteArray text = "\n"
                             "s = {\n"
-                            "    id = \"" + uid.toUtf8() + "\",\n"
-                            "    internalName = \"" + name.toUtf8() + "\",\n"
-                            "    title = \"" + name.toUtf8() + "\",\n"
+                            "    id = \"" +
+                            uid.toUtf8() +
+                            "\",\n"
+                            "    internalName = \"" +
+                            name.toUtf8() +
+                            "\",\n"
+                            "    title = \"" +
+                            name.toUtf8() +
+                            "\",\n"
                             "    type = \"ExternalEditor\",\n"
                             "    value = {\n"
                             "        externalEditingFormat = \"TIFF_None_16_sRGB\",\n"
                             "        externalEditingFormat_dpi = 240,\n"
-                            "        externalEditorFullPath = \"" + executablePath.toUtf8() + "\",\n"
+                            "        externalEditorFullPath = \"" +
+                            executablePath.toUtf8() +
+                            "\",\n"
                             "    },\n"
                             "    version = 0,\n"
                             "}";
@@ -62,7 +70,8 @@ QStringList treeOf(const QString &folder)
 class ScopedWorkingFolder
 {
 public:
-    explicit ScopedWorkingFolder(const QString &folder) : previous_(QDir::currentPath())
+    explicit ScopedWorkingFolder(const QString &folder)
+        : previous_(QDir::currentPath())
     {
         QDir().mkpath(folder);
         if (!QDir::setCurrent(folder))
@@ -166,8 +175,7 @@ TEST_F(InstallLightroomPluginsTest, ThePresetIsTheFilledTemplateByteForByte)
 {
     install({"Tintara 4"});
     const QString executable = root() + "/Tintara 4/Tintara 4.exe";
-    const QByteArray expected =
-        expectedPreset("5B32CD5E-C418-4BFD-A360-63D59FF93D41", "Tintara 4", executable);
+    const QByteArray expected = expectedPreset("5B32CD5E-C418-4BFD-A360-63D59FF93D41", "Tintara 4", executable);
     const QByteArray written = contentOf(preset("Tintara4.lrtemplate"));
     EXPECT_EQ(written, expected);
     // 266 characters of template less its four two-character placeholders, plus what fills them.
@@ -275,8 +283,8 @@ TEST_F(InstallLightroomPluginsTest, ExecutablesNotListedForTheProductArePassedOv
     EXPECT_EQ(treeOf(lrPath("External Editor Presets")), QStringList{"Rectilo.lrtemplate"});
     EXPECT_EQ(contentOf(preset("Rectilo.lrtemplate")), presetOf("Rectilo", "Rectilo/Rectilo Launcher.exe"));
     EXPECT_EQ(linesOf("Rectilo"),
-              std::vector<std::string>{textFileLine(preset("Rectilo.lrtemplate"),
-                                                    presetOf("Rectilo", "Rectilo/Rectilo Launcher.exe"))});
+              std::vector<std::string>{
+                  textFileLine(preset("Rectilo.lrtemplate"), presetOf("Rectilo", "Rectilo/Rectilo Launcher.exe"))});
     EXPECT_FALSE(QFileInfo::exists(sharedModule("Tintara4config.lua")));
 }
 
@@ -332,16 +340,16 @@ TEST_F(InstallLightroomPluginsTest, BracketonBringsItsOwnModuleAndItsLuaFileGoes
               suiteRoot::contentOf("Bracketon 2 Export.lrtemplate"));
     // Bracketon 2 has no LRName either.
     const std::string module = root().toStdString() + "/Bracketon 2/Bracketon2.lrplugin";
-    EXPECT_EQ(linesOf("Bracketon 2"),
-              (std::vector<std::string>{
-                  "info: Installing lightroom module plugin  from " + module + " to " +
-                      lrPath("Modules/Bracketon2.lrplugin").toStdString(),
-                  "info: Installing  preset from " + module + " to " +
-                      lrPath("Export Presets/Orv Collection").toStdString(),
-                  textFileLine(lrPath("Modules/Bracketon2.lrplugin/BKT2config.lua"),
-                               luaLine("BKT2ExternalAppPath", executable)),
-                  textFileLine(sharedModule("BKT2config.lua"), luaLine("BKT2ExternalAppPath", executable)),
-              }));
+    EXPECT_EQ(
+        linesOf("Bracketon 2"),
+        (std::vector<std::string>{
+            "info: Installing lightroom module plugin  from " + module + " to " +
+                lrPath("Modules/Bracketon2.lrplugin").toStdString(),
+            "info: Installing  preset from " + module + " to " + lrPath("Export Presets/Orv Collection").toStdString(),
+            textFileLine(lrPath("Modules/Bracketon2.lrplugin/BKT2config.lua"),
+                         luaLine("BKT2ExternalAppPath", executable)),
+            textFileLine(sharedModule("BKT2config.lua"), luaLine("BKT2ExternalAppPath", executable)),
+        }));
     // The product's module source isn't the shared one and stays.
     EXPECT_TRUE(QFileInfo::exists(root() + "/Bracketon 2/Bracketon2.lrplugin/Info.lua"));
 }
@@ -398,17 +406,16 @@ TEST_F(InstallLightroomPluginsTest, ASecondDeploymentInTheSameJobWritesLuaFilesI
     ASSERT_GT(lines.size(), firstRunLines + 3);
     const std::string source = root().toStdString() + "/bin/lrplugins/PluginParam.lrplugin";
     const std::string destination = secondRoot.toStdString() + "/Modules/PluginParam.lrplugin";
-    EXPECT_EQ(lines[firstRunLines].text,
-              "Installing lightroom module plugin  from " + source + " to " + destination);
+    EXPECT_EQ(lines[firstRunLines].text, "Installing lightroom module plugin  from " + source + " to " + destination);
     const LoggedLine &failure = lines[firstRunLines + 1];
     EXPECT_EQ(failure.level, spdlog::level::err);
     EXPECT_EQ(failure.text, "Failed to install, because of following issue: filesystem error: cannot copy: No such "
-                            "file or directory [" + source + "] [" + destination + "]");
+                            "file or directory [" +
+                                source + "] [" + destination + "]");
     EXPECT_EQ(failure.function, "Installer::installLightroomModulePlugin");
     EXPECT_EQ(lines[firstRunLines + 2].text, "Processing lightroom plugin Tintara 5");
-    EXPECT_EQ(lines[firstRunLines + 4].text,
-              "Text file created ./Tintara5config.lua with content " +
-                  luaLine("Tintara5AppPath", "bin/Tintara 5.exe").toStdString());
+    EXPECT_EQ(lines[firstRunLines + 4].text, "Text file created ./Tintara5config.lua with content " +
+                                                 luaLine("Tintara5AppPath", "bin/Tintara 5.exe").toStdString());
 }
 
 TEST_F(InstallLightroomPluginsTest, ARerunReplacesPresetsAndModuleFilesAndKeepsExtraFiles)
@@ -546,12 +553,18 @@ TEST_F(InstallLightroomPluginsTest, AllTwelveProductsIntoOneLightroom)
                     }));
 
     const QList<QPair<QString, QString>> presets = {
-        {"Grainwick 2", "Grainwick 2/Grainwick 2.exe"}, {"Grainwick 3", "bin/Grainwick 3.exe"},
-        {"Tintara 4", "Tintara 4/Tintara 4.exe"},       {"Tintara 5", "bin/Tintara 5.exe"},
-        {"Quietar 2", "Quietar 2/Quietar2.exe"},        {"Graymere 2", "Graymere 2/Graymere 2.exe"},
-        {"Graymere 3", "bin/Graymere 3.exe"},           {"Lumbrio 2", "Lumbrio 2/Lumbrio 2.exe"},
-        {"Lumbrio 3", "bin/Lumbrio 3.exe"},             {"Rectilo", "Rectilo/Rectilo Launcher.exe"},
-        {"Acutara 3", "Acutara 3/ACU3OST.exe"},         {"Acutara 3", "Acutara 3/ACU3RST.exe"},
+        {"Grainwick 2", "Grainwick 2/Grainwick 2.exe"},
+        {"Grainwick 3", "bin/Grainwick 3.exe"},
+        {"Tintara 4", "Tintara 4/Tintara 4.exe"},
+        {"Tintara 5", "bin/Tintara 5.exe"},
+        {"Quietar 2", "Quietar 2/Quietar2.exe"},
+        {"Graymere 2", "Graymere 2/Graymere 2.exe"},
+        {"Graymere 3", "bin/Graymere 3.exe"},
+        {"Lumbrio 2", "Lumbrio 2/Lumbrio 2.exe"},
+        {"Lumbrio 3", "bin/Lumbrio 3.exe"},
+        {"Rectilo", "Rectilo/Rectilo Launcher.exe"},
+        {"Acutara 3", "Acutara 3/ACU3OST.exe"},
+        {"Acutara 3", "Acutara 3/ACU3RST.exe"},
     };
     for (const auto &[product, executable] : presets) {
         const PluginEntry entry = catalogue.pluginEntry(product, QFileInfo(executable).fileName());

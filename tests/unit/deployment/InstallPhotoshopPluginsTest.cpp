@@ -34,9 +34,8 @@ namespace {
 const QString function = "Installer::installPhotoshopPlugins";
 const QString rectiloKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Rectilo\\";
 
-const QStringList allProducts = {"Bracketon 2", "Grainwick 2", "Grainwick 3", "Tintara 4",
-                                 "Tintara 5",   "Quietar 2",   "Graymere 2",  "Graymere 3",
-                                 "Lumbrio 2",   "Lumbrio 3",   "Rectilo",     "Acutara 3"};
+const QStringList allProducts = {"Bracketon 2", "Grainwick 2", "Grainwick 3", "Tintara 4", "Tintara 5", "Quietar 2",
+                                 "Graymere 2",  "Graymere 3",  "Lumbrio 2",   "Lumbrio 3", "Rectilo",   "Acutara 3"};
 
 // The plug-ins of the current generation, which all lie in the shared bin/plugins.
 const QStringList sharedPluginLinks = {"Grainwick 3.8bf.lnk", "Graymere 3.8bf.lnk", "Lumbrio 3.8bf.lnk",
@@ -214,10 +213,10 @@ TEST_F(InstallPhotoshopPluginsTest, AnUnknownProductWalksTheWholeSuiteAndCopiesN
 {
     install(QStringList{"Tintara 4"});
     install(QStringList{"Tintara 9"});
-    const QStringList links = {"ACU3OST.8bf.lnk",     "ACU3RST.8bf.lnk",    "Bracketon 2.8bf.lnk",
+    const QStringList links = {"ACU3OST.8bf.lnk",     "ACU3RST.8bf.lnk",     "Bracketon 2.8bf.lnk",
                                "Grainwick 2.8bf.lnk", "Grainwick 3.8bf.lnk", "Graymere 2.8bf.lnk",
-                               "Graymere 3.8bf.lnk",  "Lumbrio 3.8bf.lnk",  "Lumbrio2.8bf.lnk",
-                               "Quietar2.8bf.lnk",    "Tintara 4.8bf.lnk",  "Tintara 5.8bf.lnk"};
+                               "Graymere 3.8bf.lnk",  "Lumbrio 3.8bf.lnk",   "Lumbrio2.8bf.lnk",
+                               "Quietar2.8bf.lnk",    "Tintara 4.8bf.lnk",   "Tintara 5.8bf.lnk"};
     EXPECT_EQ(entriesOf(target("Tintara 9")), links);
     for (const QString &link : links) {
         const QFileInfo info(target("Tintara 9/" + link));
@@ -229,8 +228,8 @@ TEST_F(InstallPhotoshopPluginsTest, AnUnknownProductWalksTheWholeSuiteAndCopiesN
     EXPECT_EQ(entriesOf(maker(host())), (QStringList{"Tintara 9", "Zonal Tool"}));
     const std::vector<std::string> lines = texts();
     ASSERT_EQ(lines.size(), 4u);
-    EXPECT_EQ(lines[2], "info: Installing PS(E) plugin Tintara 9 from " + text(root()) + "/ to " +
-                            text(host()) + "/Tavrin/Tintara 9");
+    EXPECT_EQ(lines[2], "info: Installing PS(E) plugin Tintara 9 from " + text(root()) + "/ to " + text(host()) +
+                            "/Tavrin/Tintara 9");
     EXPECT_EQ(lines[3], "info: Cleaning up PS(E) ZonalTool plugin from " + text(target("Zonal Tool")));
     expectAllLinesFromTheOperation();
 }
@@ -315,11 +314,11 @@ TEST_F(InstallPhotoshopPluginsTest, AMissingConfigFileIsAnErrorAndTheLinksStay)
     install(QStringList{"Tintara 4", "Quietar 2"});
     EXPECT_EQ(entriesOf(target("Tintara 4")), QStringList{"Tintara 4.8bf.lnk"});
     EXPECT_EQ(entriesOf(target("Quietar 2")), (QStringList{"Quietar2.8bf.lnk", "Quietar2.config"}));
-    EXPECT_EQ(texts(), (std::vector<std::string>{
-                           installingLine("Tintara 4"),
-                           "error: Failed to copy config file " + text(target("Tintara 4/Tintara4.config")) +
-                               " for plugin Tintara 4",
-                           installingLine("Quietar 2"), copiedLine("Quietar 2")}));
+    EXPECT_EQ(texts(),
+              (std::vector<std::string>{installingLine("Tintara 4"),
+                                        "error: Failed to copy config file " +
+                                            text(target("Tintara 4/Tintara4.config")) + " for plugin Tintara 4",
+                                        installingLine("Quietar 2"), copiedLine("Quietar 2")}));
     ASSERT_EQ(log.lines().size(), 4u);
     EXPECT_EQ(log.lines()[1].level, spdlog::level::err);
     expectAllLinesFromTheOperation();
@@ -354,15 +353,15 @@ TEST_F(InstallPhotoshopPluginsTest, AProductWhoseSourceFolderIsMissingGetsNoFold
     QDir(source("Acutara 3")).removeRecursively();
     install(QStringList{"Acutara 3"});
     EXPECT_EQ(entriesOf(maker(host())), QStringList{"Zonal Tool"});
-    EXPECT_EQ(texts(), (std::vector<std::string>{"info: Cleaning up PS(E) plugin Acutara 3 from " +
-                                                 text(target("Acutara 3"))}));
+    EXPECT_EQ(texts(),
+              (std::vector<std::string>{"info: Cleaning up PS(E) plugin Acutara 3 from " + text(target("Acutara 3"))}));
 }
 
 TEST_F(InstallPhotoshopPluginsTest, AFolderLeftEmptyIsRemovedAndTheLineNamesTheSourceFolder)
 {
-    const Catalogue bare(QJsonObject{{"Defaults", QJsonArray{QJsonObject{{"ProductName", "Bare 1"},
-                                                                         {"FolderName", "Bare 1"},
-                                                                         {"plugins", QJsonArray()}}}}});
+    const Catalogue bare(QJsonObject{
+        {"Defaults",
+         QJsonArray{QJsonObject{{"ProductName", "Bare 1"}, {"FolderName", "Bare 1"}, {"plugins", QJsonArray()}}}}});
     QDir(root()).mkpath("Bare 1/Docs");
     machine.writeFile("suite/Bare 1/Docs/readme.txt", "no plug-ins");
 
@@ -370,10 +369,10 @@ TEST_F(InstallPhotoshopPluginsTest, AFolderLeftEmptyIsRemovedAndTheLineNamesTheS
 
     EXPECT_FALSE(QFileInfo::exists(target("Bare 1")));
     EXPECT_EQ(entriesOf(maker(host())), QStringList{"Zonal Tool"});
-    EXPECT_EQ(texts(), (std::vector<std::string>{
-                           "info: Installing PS(E) plugin Bare 1 from " + text(source("Bare 1")) + " to " +
-                               text(target("Bare 1")),
-                           "error: Plugin folder " + text(source("Bare 1")) + " turned out to be empty!"}));
+    EXPECT_EQ(texts(), (std::vector<std::string>{"info: Installing PS(E) plugin Bare 1 from " + text(source("Bare 1")) +
+                                                     " to " + text(target("Bare 1")),
+                                                 "error: Plugin folder " + text(source("Bare 1")) +
+                                                     " turned out to be empty!"}));
     ASSERT_EQ(log.lines().size(), 2u);
     EXPECT_EQ(log.lines()[1].level, spdlog::level::err);
     expectAllLinesFromTheOperation();
@@ -395,10 +394,9 @@ TEST_F(InstallPhotoshopPluginsTest, AProductWithoutPluginsAndConfigFileLeavesNoT
 TEST_F(InstallPhotoshopPluginsTest, RectiloGetsItsToolPluginAndItsRegistryValues)
 {
     install(QStringList{"Rectilo"});
-    EXPECT_EQ(treeOf(target("Rectilo")),
-              (QStringList{"PhotoshopPlugin-automationRectilo64.8li.lnk -> "
-                           "Rectilo/PhotoshopPlugin-automationRectilo64.8li",
-                           "Rectilo.config"}));
+    EXPECT_EQ(treeOf(target("Rectilo")), (QStringList{"PhotoshopPlugin-automationRectilo64.8li.lnk -> "
+                                                      "Rectilo/PhotoshopPlugin-automationRectilo64.8li",
+                                                      "Rectilo.config"}));
     EXPECT_EQ(contentOf(machineHive()), rectiloHive());
 
     const std::unique_ptr<QSettings> key = openRegistryKey(rectiloKey);
@@ -497,13 +495,12 @@ TEST_F(InstallPhotoshopPluginsTest, ARerunReplacesTheConfigFileKeepsOldLinksAndR
                zonalToolTree()));
     EXPECT_EQ(contentOf(target("Tintara 4/Tintara4.config")), suiteRoot::contentOf("Tintara4.config"));
     // A link of the earlier run is in the way of the new one; the old one stays.
-    EXPECT_EQ(rerun.texts(),
-              (std::vector<std::string>{
-                  installingLine("Tintara 4"),
-                  "warning: Failed to create link from " + text(source("Tintara 4/Tintara 4.8bf")) + " to " +
-                      text(target("Tintara 4/Tintara 4.8bf.lnk")),
-                  copiedLine("Tintara 4"),
-                  "info: Cleaning up PS(E) ZonalTool plugin from " + text(target("Zonal Tool"))}));
+    EXPECT_EQ(rerun.texts(), (std::vector<std::string>{
+                                 installingLine("Tintara 4"),
+                                 "warning: Failed to create link from " + text(source("Tintara 4/Tintara 4.8bf")) +
+                                     " to " + text(target("Tintara 4/Tintara 4.8bf.lnk")),
+                                 copiedLine("Tintara 4"),
+                                 "info: Cleaning up PS(E) ZonalTool plugin from " + text(target("Zonal Tool"))}));
     const std::vector<LoggedLine> lines = rerun.lines();
     ASSERT_EQ(lines.size(), 4u);
     EXPECT_EQ(lines[0].function, text(function));

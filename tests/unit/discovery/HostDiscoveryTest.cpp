@@ -78,14 +78,13 @@ TEST_F(HostDiscoveryTest, VersionsAreComparedAsTextNotAsNumbers)
     writeMachineHive(machine, commonFiles + photoshopKey("12.0") + photoshopKey("60.0") + photoshopKey("100.0") +
                                   photoshopKey("130.0", "\"PluginPath\"=\"C:\\\\unused\"\n") + photoshopKey("140.0") +
                                   photoshopKey("55.0") + photoshopKey("abc"));
-    EXPECT_EQ(detected(detectPhotoshopHosts),
-              (QJsonArray{host("Photoshop CC 2015.5 (64-Bit)", sharedFolder, 0),
-                          host("Photoshop CS5 (64-Bit)", sharedFolder, 0),
-                          host("Photoshop CC 2019 (64-Bit)", sharedFolder, 0),
-                          host("Photoshop CC (v 140.0) (64-Bit)", sharedFolder, 0),
-                          host("Photoshop CC (v 55.0) (64-Bit)", sharedFolder, 0),
-                          host("Photoshop CS6 (64-Bit)", sharedFolder, 0),
-                          host("Photoshop CC (v abc) (64-Bit)", sharedFolder, 0)}));
+    EXPECT_EQ(detected(detectPhotoshopHosts), (QJsonArray{host("Photoshop CC 2015.5 (64-Bit)", sharedFolder, 0),
+                                                          host("Photoshop CS5 (64-Bit)", sharedFolder, 0),
+                                                          host("Photoshop CC 2019 (64-Bit)", sharedFolder, 0),
+                                                          host("Photoshop CC (v 140.0) (64-Bit)", sharedFolder, 0),
+                                                          host("Photoshop CC (v 55.0) (64-Bit)", sharedFolder, 0),
+                                                          host("Photoshop CS6 (64-Bit)", sharedFolder, 0),
+                                                          host("Photoshop CC (v abc) (64-Bit)", sharedFolder, 0)}));
 }
 
 TEST_F(HostDiscoveryTest, VersionsBelowTheCutOffKeepTheirOwnFolderAndNoName)
@@ -98,8 +97,7 @@ TEST_F(HostDiscoveryTest, VersionsBelowTheCutOffKeepTheirOwnFolderAndNoName)
 TEST_F(HostDiscoveryTest, WithoutCommonFilesTheFolderIsTheTailAlone)
 {
     writeMachineHive(machine, photoshopKey("120.0"));
-    EXPECT_EQ(detected(detectPhotoshopHosts),
-              QJsonArray{host("Photoshop CC 2018 (64-Bit)", "/Adobe/Plug-Ins/CC/", 0)});
+    EXPECT_EQ(detected(detectPhotoshopHosts), QJsonArray{host("Photoshop CC 2018 (64-Bit)", "/Adobe/Plug-Ins/CC/", 0)});
 }
 
 TEST_F(HostDiscoveryTest, ElementsFromSixteenOnAreNamedAfterTheYear)
@@ -107,13 +105,12 @@ TEST_F(HostDiscoveryTest, ElementsFromSixteenOnAreNamedAfterTheYear)
     writeMachineHive(machine, elementsKey("9", "/pse9") + elementsKey("15", "/pse15") + elementsKey("16", "/pse16") +
                                   elementsKey("17", "/pse17") + elementsKey("15.0", "/dotted") +
                                   elementsKey("-1", "/minus"));
-    EXPECT_EQ(detected(detectPhotoshopElementsHosts),
-              (QJsonArray{host("Photoshop Elements -1 (64-Bit)", "/minus", 1),
-                          host("Photoshop Elements 15 (64-Bit)", "/pse15", 1),
-                          host("Photoshop Elements 0 (64-Bit)", "/dotted", 1),
-                          host("Photoshop Elements 2018 (64-Bit)", "/pse16", 1),
-                          host("Photoshop Elements 2019 (64-Bit)", "/pse17", 1),
-                          host("Photoshop Elements 9 (64-Bit)", "/pse9", 1)}));
+    EXPECT_EQ(detected(detectPhotoshopElementsHosts), (QJsonArray{host("Photoshop Elements -1 (64-Bit)", "/minus", 1),
+                                                                  host("Photoshop Elements 15 (64-Bit)", "/pse15", 1),
+                                                                  host("Photoshop Elements 0 (64-Bit)", "/dotted", 1),
+                                                                  host("Photoshop Elements 2018 (64-Bit)", "/pse16", 1),
+                                                                  host("Photoshop Elements 2019 (64-Bit)", "/pse17", 1),
+                                                                  host("Photoshop Elements 9 (64-Bit)", "/pse9", 1)}));
 }
 
 TEST_F(HostDiscoveryTest, ElementsNeedsTheDefaultValueOfTheSubKey)

@@ -26,7 +26,10 @@ struct ReaderLog
 class FakeReader : public ISettingsReader
 {
 public:
-    explicit FakeReader(ReaderLog &log) : log_(log) {}
+    explicit FakeReader(ReaderLog &log)
+        : log_(log)
+    {
+    }
     ~FakeReader() override { ++log_.destructions; }
 
     std::string readString(std::int32_t hive, const char *keyPath, const char *valueName) const override

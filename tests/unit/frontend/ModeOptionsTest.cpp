@@ -28,9 +28,9 @@ ParsedLine parse(const QStringList &arguments)
 
 // Each mode with a command line that selects it alone.
 const std::vector<std::pair<QStringList, Mode>> modesByPrecedence = {
-    {{"--uninstall", "x"}, Mode::Uninstall}, {{"--install", "x"}, Mode::Install},
+    {{"--uninstall", "x"}, Mode::Uninstall},     {{"--install", "x"}, Mode::Install},
     {{"--resetConfig", "x"}, Mode::ResetConfig}, {{"--config", "x"}, Mode::Config},
-    {{"--samples", "x"}, Mode::Samples},     {{"--background"}, Mode::Background},
+    {{"--samples", "x"}, Mode::Samples},         {{"--background"}, Mode::Background},
 };
 
 } // namespace
@@ -62,7 +62,7 @@ TEST(ModeOptionsTest, HelpTextListsTheSixOptionsInOrderAndNoOthers)
     options.addTo(parser);
     const QString help = parser.helpText();
     const QStringList starts = {"-i, --install <txt>", "-u, --uninstall <txt>", "-s, --samples <txt>",
-                                "-b, --background ", "-c, --config <txt>", "-r, --resetConfig <txt>"};
+                                "-b, --background ",   "-c, --config <txt>",    "-r, --resetConfig <txt>"};
     int position = 0;
     for (const QString &start : starts) {
         const int found = help.indexOf(start, position);

@@ -34,7 +34,11 @@ void captureDebug(QtMsgType type, const QMessageLogContext &, const QString &mes
 class CapturedDebugOutput
 {
 public:
-    CapturedDebugOutput() : previous_(qInstallMessageHandler(captureDebug)) { debugLines.clear(); }
+    CapturedDebugOutput()
+        : previous_(qInstallMessageHandler(captureDebug))
+    {
+        debugLines.clear();
+    }
     ~CapturedDebugOutput() { qInstallMessageHandler(previous_); }
 
 private:
@@ -45,8 +49,8 @@ private:
 
 TEST(DecodeRequestTest, DecodesABase64JsonObject)
 {
-    const QJsonObject request{{"rootDir", "/opt/orv"}, {"language", 3},
-                              {"plugins", QJsonArray{"Tintara 5", "Rectilo"}}};
+    const QJsonObject request{
+        {"rootDir", "/opt/orv"}, {"language", 3}, {"plugins", QJsonArray{"Tintara 5", "Rectilo"}}};
     EXPECT_EQ(decodeInstallValue(base64Of(QJsonDocument(request).toJson())), request);
 }
 
@@ -54,8 +58,7 @@ TEST(DecodeRequestTest, KeepsNonAsciiText)
 {
     const QString text = QString::fromUtf8("C:/Users/Jürgen/Orv – 日本語 – עברית");
     const QJsonObject request{{"rootDir", text}};
-    EXPECT_EQ(decodeInstallValue(base64Of(QJsonDocument(request).toJson())).value("rootDir").toString(),
-              text);
+    EXPECT_EQ(decodeInstallValue(base64Of(QJsonDocument(request).toJson())).value("rootDir").toString(), text);
 }
 
 TEST(DecodeRequestTest, SkipsCharactersOutsideTheAlphabet)
@@ -81,8 +84,9 @@ TEST(DecodeRequestTest, ADuplicatedKeyKeepsItsLastValue)
     // The first value of "system" is an object that Qt drops without freeing it.
     const QByteArray report =
         R"({"currentLocale":1,"system":{"detectedHosts":0,"hosts":[]},"entLocale":1,"system":{"deg":"<html>x</html>"}})";
-    EXPECT_EQ(decodeInstallValue(base64Of(report)),
-              (QJsonObject{{"currentLocale", 1}, {"entLocale", 1}, {"system", QJsonObject{{"deg", "<html>x</html>"}}}}));
+    EXPECT_EQ(
+        decodeInstallValue(base64Of(report)),
+        (QJsonObject{{"currentLocale", 1}, {"entLocale", 1}, {"system", QJsonObject{{"deg", "<html>x</html>"}}}}));
 }
 
 TEST(DecodeRequestTest, AnOptionThatIsNotSetGivesAnEmptyObject)

@@ -8,9 +8,9 @@
 namespace {
 
 // The wizard's filter of blocking applications, as the tool uses it.
-const QRegExp blockingApplications(
-    "Tintara|Grainwick|Lumbrio|ACU3|Quietar|RectiloGraymere|Bracketon|Photoshop|Lightroom",
-    Qt::CaseSensitive, QRegExp::RegExp);
+const QRegExp
+    blockingApplications("Tintara|Grainwick|Lumbrio|ACU3|Quietar|RectiloGraymere|Bracketon|Photoshop|Lightroom",
+                         Qt::CaseSensitive, QRegExp::RegExp);
 
 QStringList matching(const QByteArray &list)
 {
@@ -58,10 +58,10 @@ TEST(MatchingCaptionsTest, HostNamesMatchInsideLongerNamesButNotInLowerCase)
 
 TEST(MatchingCaptionsTest, ProductsMatchByStemAlsoInOldGenerations)
 {
-    EXPECT_EQ(matching(wmicList({"Tintara4.exe", "Lumbrio2.exe", "ACU3OST.exe", "Quietar2.exe",
-                                 "Grainwick 3.exe", "Bracketon 2.exe"})),
-              (QStringList{"Tintara4.exe", "Lumbrio2.exe", "ACU3OST.exe", "Quietar2.exe",
-                           "Grainwick3.exe", "Bracketon2.exe"}));
+    EXPECT_EQ(matching(wmicList({"Tintara4.exe", "Lumbrio2.exe", "ACU3OST.exe", "Quietar2.exe", "Grainwick 3.exe",
+                                 "Bracketon 2.exe"})),
+              (QStringList{"Tintara4.exe", "Lumbrio2.exe", "ACU3OST.exe", "Quietar2.exe", "Grainwick3.exe",
+                           "Bracketon2.exe"}));
 }
 
 TEST(MatchingCaptionsTest, RectiloAndGraymereOnlyMatchTogether)

@@ -22,9 +22,9 @@ QByteArray expectedFile(const char *allow, const char *show, const QByteArray &v
            "<key name=\"AllowSending\" type=\"bool\" value=\"" + allow + "\"/>\n" + indent59 +
            "<key name=\"ShowInstrumentationScreen\" type=\"bool\" value=\"" + show + "\"/>\n" + indent55 +
            "</group>\n" + indent55 + "<group name=\"Update\">\n" + indent60 +
-           "<key name=\"Version\" type=\"string\" value=\"" + version + "\"/>\n" + indent55 + "</group>\n" +
-           indent55 + "<group name=\"Installer\">\n" + indent60 + "<key name=\"Version\" type=\"string\" value=\"" +
-           version + "\"/>\n" + indent55 + "</group>\n" + indent51 + "</configuration>\n";
+           "<key name=\"Version\" type=\"string\" value=\"" + version + "\"/>\n" + indent55 + "</group>\n" + indent55 +
+           "<group name=\"Installer\">\n" + indent60 + "<key name=\"Version\" type=\"string\" value=\"" + version +
+           "\"/>\n" + indent55 + "</group>\n" + indent51 + "</configuration>\n";
 }
 
 class GlobalCollectionFileTest : public testing::Test
@@ -46,7 +46,9 @@ protected:
 
 mode_t modeOf(const QString &path)
 {
-    struct stat status {};
+    struct stat status
+    {
+    };
     stat(QFile::encodeName(path).constData(), &status);
     return status.st_mode & 07777;
 }

@@ -117,10 +117,11 @@ TEST_F(InstallCfgFilesTest, TwoDestinationsGetEverythingAndTheSourceIsRewrittenT
     install({"Rectilo", "Acutara 3"}, other, "ja");
     EXPECT_EQ(linesContaining("Potentially non-admin"),
               std::vector<std::string>{"info: Potentially non-admin Installation. 2 destinations with configFiles "
-                                       "will be filled: " + firstDestination().toStdString() + " and " +
-                                       (other + "/Tavrin").toStdString()});
+                                       "will be filled: " +
+                                       firstDestination().toStdString() + " and " + (other + "/Tavrin").toStdString()});
     for (const QString &destination : {firstDestination(), other + "/Tavrin"}) {
-        EXPECT_EQ(contentOf(destination + "/Rectilo/Rectilo.cfg"), withLanguage(suiteRoot::contentOf("Rectilo.cfg"), "ja"));
+        EXPECT_EQ(contentOf(destination + "/Rectilo/Rectilo.cfg"),
+                  withLanguage(suiteRoot::contentOf("Rectilo.cfg"), "ja"));
         EXPECT_EQ(contentOf(destination + "/Acutara 3/Acutara3.cfg"),
                   withLanguage(suiteRoot::contentOf("Acutara3.cfg"), "ja"));
         EXPECT_EQ(contentOf(destination + "/Orv Collection/OrvCollection.cfg"),
@@ -144,10 +145,10 @@ TEST_F(InstallCfgFilesTest, OnlyTheFirstFileFoundIsHandledAndLandsFlat)
     ASSERT_EQ(copied.size(), 1);
     EXPECT_EQ(linesContaining("Sucessfully copied").size(), 1u);
     EXPECT_TRUE(copied.first() == "Lumbrio2.cfg" || copied.first() == "Extra.cfg");
-    const QString handled = copied.first() == "Extra.cfg" ? root() + "/Lumbrio 2/deeper/Extra.cfg"
-                                                          : root() + "/Lumbrio 2/Lumbrio2.cfg";
-    const QString untouched = copied.first() == "Extra.cfg" ? root() + "/Lumbrio 2/Lumbrio2.cfg"
-                                                            : root() + "/Lumbrio 2/deeper/Extra.cfg";
+    const QString handled =
+        copied.first() == "Extra.cfg" ? root() + "/Lumbrio 2/deeper/Extra.cfg" : root() + "/Lumbrio 2/Lumbrio2.cfg";
+    const QString untouched =
+        copied.first() == "Extra.cfg" ? root() + "/Lumbrio 2/Lumbrio2.cfg" : root() + "/Lumbrio 2/deeper/Extra.cfg";
     EXPECT_TRUE(contentOf(handled).contains("value=\"pl\""));
     EXPECT_TRUE(contentOf(untouched).contains("value=\"en\""));
 }
@@ -156,10 +157,11 @@ TEST_F(InstallCfgFilesTest, ARerunKeepsTheFirstCopyButFollowsTheNewLanguageInThe
 {
     install({"Tintara 4", "Rectilo"}, "", "de");
     install({"Tintara 4", "Rectilo"}, "", "fr");
-    EXPECT_EQ(linesContaining("Failed to copy file"),
-              (std::vector<std::string>{
-                  "error: Failed to copy file Tintara4.cfg to folder " + firstDestination().toStdString() + "/Tintara 4",
-                  "error: Failed to copy file Rectilo.cfg to folder " + firstDestination().toStdString() + "/Rectilo"}));
+    EXPECT_EQ(
+        linesContaining("Failed to copy file"),
+        (std::vector<std::string>{
+            "error: Failed to copy file Tintara4.cfg to folder " + firstDestination().toStdString() + "/Tintara 4",
+            "error: Failed to copy file Rectilo.cfg to folder " + firstDestination().toStdString() + "/Rectilo"}));
     EXPECT_TRUE(contentOf(firstDestination() + "/Tintara 4/Tintara4.cfg").contains("value=\"de\""));
     EXPECT_TRUE(contentOf(root() + "/Tintara 4/Tintara4.cfg").contains("value=\"de\""));
     EXPECT_EQ(contentOf(firstDestination() + "/Orv Collection/OrvCollection.cfg"),

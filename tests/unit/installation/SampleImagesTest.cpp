@@ -76,9 +76,9 @@ TEST_F(SampleImagesTest, ExistingPicturesStayAndOnlyTheLanguageWalkLogsIt)
     QFile sign(samples() + "/Sign.jpg");
     sign.open(QIODevice::ReadOnly);
     EXPECT_EQ(sign.readAll(), "mine");
-    EXPECT_EQ(log.texts(), std::vector<std::string>{"warning: Failed to copy file " + root().toStdString() +
-                                                    "/pictures/1033/Sign.jpg to " + samples().toStdString() +
-                                                    "/Sign.jpg"});
+    EXPECT_EQ(log.texts(),
+              std::vector<std::string>{"warning: Failed to copy file " + root().toStdString() +
+                                       "/pictures/1033/Sign.jpg to " + samples().toStdString() + "/Sign.jpg"});
 }
 
 TEST_F(SampleImagesTest, ALanguagePictureIsNotReplacedByANeutralOneOfTheSameName)

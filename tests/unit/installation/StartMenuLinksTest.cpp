@@ -19,7 +19,10 @@ class StartMenuLinksTest : public testing::Test
 protected:
     QString root() const { return machine.path("suite"); }
     QString startMenu() const { return machine.path("usr/share/applications/Tavrin Orv Collection"); }
-    QStringList links() const { return QDir(startMenu()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System); }
+    QStringList links() const
+    {
+        return QDir(startMenu()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System);
+    }
     QString targetOf(const QString &link) const { return QFileInfo(startMenu() + "/" + link).symLinkTarget(); }
 
     void createLinks() { Installer(pathUtils, catalogue).createStartMenuLinks(root()); }

@@ -17,8 +17,8 @@ int tableIndexOf(const std::string &code)
 
 TEST(LanguageTablesTest, TheReportNumbersSeventeenCodesInOrder)
 {
-    const std::vector<std::string> codes = {"de", "en_GB", "en_US", "es", "es_419", "fr", "it", "nl", "pl",
-                                            "pt_BR", "ru", "tr", "th", "ko_KR", "ja", "zh_CN", "zh_TW"};
+    const std::vector<std::string> codes = {"de",    "en_GB", "en_US", "es", "es_419", "fr", "it",    "nl",   "pl",
+                                            "pt_BR", "ru",    "tr",    "th", "ko_KR",  "ja", "zh_CN", "zh_TW"};
     ASSERT_EQ(languageTable.size(), 17);
     for (int i = 0; i < 17; ++i)
         EXPECT_EQ(languageTable.at(i).code, codes.at(i));
@@ -46,8 +46,8 @@ TEST(LanguageTablesTest, BytesTheCodePageLeavesFreeKeepTheirNumber)
 
 TEST(LanguageTablesTest, RequestTagsDifferFromCodesAndFromTheReportsOrder)
 {
-    EXPECT_EQ(languageCodes, (QStringList{"de", "en-GB", "en", "es", "es-419", "fr", "it", "nl", "pl", "pt", "ru",
-                                          "tr", "ja", "zh-CN", "zh-TW", "ko", "th"}));
+    EXPECT_EQ(languageCodes, (QStringList{"de", "en-GB", "en", "es", "es-419", "fr", "it", "nl", "pl", "pt", "ru", "tr",
+                                          "ja", "zh-CN", "zh-TW", "ko", "th"}));
     EXPECT_EQ(languageCodes.at(12), "ja");
     EXPECT_EQ(languageTable.at(12).code, "th");
     EXPECT_EQ(languageCodes.at(9), "pt");

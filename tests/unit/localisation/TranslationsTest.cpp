@@ -5,7 +5,7 @@
 namespace {
 
 const char *const keys[] = {"WELCOME_TEXT_TOP", "WELCOME_TEXT_TEXT", "WELCOME_TEXT_TEXT2", "UNINSTALLER_TITLE"};
-const char *const codes[] = {"de", "en_GB", "en_US", "es", "es_419", "fr", "it", "ja", "ko_KR",
+const char *const codes[] = {"de", "en_GB", "en_US", "es", "es_419", "fr", "it",    "ja",   "ko_KR",
                              "nl", "pl",    "pt_BR", "ru", "th",     "tr", "zh_CN", "zh_TW"};
 
 QString translated(const char *code, const char *key)

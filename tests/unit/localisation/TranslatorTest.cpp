@@ -35,9 +35,9 @@ void captureDebug(QtMsgType, const QMessageLogContext &, const QString &message)
 TEST(TranslatorTest, TranslationCodeOfEachUiLanguage)
 {
     const std::vector<std::pair<const char *, const char *>> cases = {
-        {"en-US", "en_US"}, {"en-AU", "en_GB"}, {"de-AT", "de"},      {"es-MX", "es"},   {"es-419", "es_419"},
+        {"en-US", "en_US"}, {"en-AU", "en_GB"}, {"de-AT", "de"},         {"es-MX", "es"}, {"es-419", "es_419"},
         {"pt-PT", "en_GB"}, {"pt-BR", "pt_BR"}, {"zh-Hans-CN", "en_GB"}, {"de", "en_GB"}, {"sv-SE", "en_GB"},
-        {"ja-JP", "ja"},    {"ko-KR", "ko_KR"}, {"th-TH", "th"},      {"C", "en_GB"},    {"", "en_GB"},
+        {"ja-JP", "ja"},    {"ko-KR", "ko_KR"}, {"th-TH", "th"},         {"C", "en_GB"},  {"", "en_GB"},
     };
     for (const auto &[uiLanguage, code] : cases)
         EXPECT_EQ(translationCodeFor(uiLanguage), code) << uiLanguage;

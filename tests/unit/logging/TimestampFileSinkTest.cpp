@@ -87,9 +87,10 @@ TEST_F(TimestampFileSinkTest, KeepsTheFourNewestOfFiveFamilyFiles)
     for (const char *day : {"01", "02", "03", "04", "05"})
         touch(QString("SuiteDeployer.2024.01.%1-10.00.00.log").arg(day));
     makeSink();
-    EXPECT_EQ(logFolder(), (QStringList{"SuiteDeployer.2024.01.02-10.00.00.log", "SuiteDeployer.2024.01.03-10.00.00.log",
-                                        "SuiteDeployer.2024.01.04-10.00.00.log", "SuiteDeployer.2024.01.05-10.00.00.log",
-                                        "SuiteDeployer.2024.03.09-14.05.33.log"}));
+    EXPECT_EQ(logFolder(),
+              (QStringList{"SuiteDeployer.2024.01.02-10.00.00.log", "SuiteDeployer.2024.01.03-10.00.00.log",
+                           "SuiteDeployer.2024.01.04-10.00.00.log", "SuiteDeployer.2024.01.05-10.00.00.log",
+                           "SuiteDeployer.2024.03.09-14.05.33.log"}));
 }
 
 TEST_F(TimestampFileSinkTest, FilesOutsideTheFamilyAreNeitherCountedNorDeleted)
@@ -117,9 +118,10 @@ TEST_F(TimestampFileSinkTest, ANameThatSortsHighestCountsAsNewest)
         touch(QString("SuiteDeployer.2024.01.%1-10.00.00.log").arg(day));
     touch("SuiteDeployer.zzz.log");
     makeSink();
-    EXPECT_EQ(logFolder(), (QStringList{"SuiteDeployer.2024.01.03-10.00.00.log", "SuiteDeployer.2024.01.04-10.00.00.log",
-                                        "SuiteDeployer.2024.01.05-10.00.00.log", "SuiteDeployer.2024.03.09-14.05.33.log",
-                                        "SuiteDeployer.zzz.log"}));
+    EXPECT_EQ(logFolder(),
+              (QStringList{"SuiteDeployer.2024.01.03-10.00.00.log", "SuiteDeployer.2024.01.04-10.00.00.log",
+                           "SuiteDeployer.2024.01.05-10.00.00.log", "SuiteDeployer.2024.03.09-14.05.33.log",
+                           "SuiteDeployer.zzz.log"}));
 }
 
 TEST_F(TimestampFileSinkTest, AMissingFolderMakesTheConstructorThrow)
@@ -189,8 +191,8 @@ TEST_F(TimestampFileSinkTest, ASecondSinkOfTheSameSecondAppendsAndCountsTheFile)
     // Counting the 100 bytes there already, 100 + 80 > 250 - 80 closes the
     // file; a count from zero would have written the line.
     plainLogger(second)->info(std::string(79, 'b'));
-    EXPECT_EQ(contentOf(second->filename()), QByteArray(99, 'a') + "\n" + QByteArray(48, 'b') +
-                                                 "The log file limit exceeded! Logging is stopped.\n");
+    EXPECT_EQ(contentOf(second->filename()),
+              QByteArray(99, 'a') + "\n" + QByteArray(48, 'b') + "The log file limit exceeded! Logging is stopped.\n");
 }
 
 TEST_F(TimestampFileSinkTest, FlushAfterTheClosingIsHarmless)

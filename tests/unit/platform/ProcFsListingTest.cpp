@@ -40,8 +40,7 @@ TEST(ProcFsListingTest, ListsImageNamesInProcessNumberOrderWithWmicLineEnds)
     proc.addProcess("10", QByteArray("/opt/adobe/Photoshop.exe\0--flag\0", 33), "Photoshop.exe\n");
     proc.addProcess("2", QByteArray("C:\\Tools\\Lightroom.exe\0", 23), "Lightroom.exe\n");
     proc.addProcess("1", QByteArray("init\0", 5), "systemd\n");
-    EXPECT_EQ(procFsCaptionList(proc.root()),
-              "Caption\r\r\ninit\r\r\nLightroom.exe\r\r\nPhotoshop.exe\r\r\n");
+    EXPECT_EQ(procFsCaptionList(proc.root()), "Caption\r\r\ninit\r\r\nLightroom.exe\r\r\nPhotoshop.exe\r\r\n");
 }
 
 TEST(ProcFsListingTest, KeepsBlanksInsideImageNames)

@@ -12,7 +12,11 @@ namespace {
 class SearchPath
 {
 public:
-    explicit SearchPath(const QString &path) : saved_(qgetenv("PATH")) { qputenv("PATH", path.toUtf8()); }
+    explicit SearchPath(const QString &path)
+        : saved_(qgetenv("PATH"))
+    {
+        qputenv("PATH", path.toUtf8());
+    }
     ~SearchPath() { qputenv("PATH", saved_); }
 
 private:

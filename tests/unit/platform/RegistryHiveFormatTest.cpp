@@ -19,18 +19,18 @@ QSettings::SettingsMap parse(const QByteArray &text)
 
 TEST(RegistryHiveFormatTest, ReadsTheRegistryEditorsExportForm)
 {
-    const QSettings::SettingsMap values = parse(
-        "Windows Registry Editor Version 5.00\n"
-        "\n"
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
-        "\"PluginPath\"=\"C:\\\\Program Files\\\\Adobe\\\\Plug-ins\"\n"
-        "\n"
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
-        "@=\"/opt/pse/plugins\"\n"
-        "\n"
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n"
-        "\"currentLanguage\"=dword:00000002\n"
-        "\"InstallPath\"=\"/opt/orv/bin\"\n");
+    const QSettings::SettingsMap values =
+        parse("Windows Registry Editor Version 5.00\n"
+              "\n"
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
+              "\"PluginPath\"=\"C:\\\\Program Files\\\\Adobe\\\\Plug-ins\"\n"
+              "\n"
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
+              "@=\"/opt/pse/plugins\"\n"
+              "\n"
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n"
+              "\"currentLanguage\"=dword:00000002\n"
+              "\"InstallPath\"=\"/opt/orv/bin\"\n");
     const QSettings::SettingsMap expected = {
         {"SOFTWARE/Adobe/Photoshop/120.0/PluginPath", QString("C:\\Program Files\\Adobe\\Plug-ins")},
         {"SOFTWARE/Adobe/Photoshop Elements/16/PluginPath/.", QString("/opt/pse/plugins")},
@@ -38,8 +38,7 @@ TEST(RegistryHiveFormatTest, ReadsTheRegistryEditorsExportForm)
         {"SOFTWARE/WOW6432Node/Tavrin/Orv Collection/InstallPath", QString("/opt/orv/bin")},
     };
     EXPECT_EQ(values, expected);
-    EXPECT_EQ(values.value("SOFTWARE/WOW6432Node/Tavrin/Orv Collection/currentLanguage").userType(),
-              QMetaType::Int);
+    EXPECT_EQ(values.value("SOFTWARE/WOW6432Node/Tavrin/Orv Collection/currentLanguage").userType(), QMetaType::Int);
 }
 
 TEST(RegistryHiveFormatTest, UnescapesBackslashQuoteAndLineBreaks)
@@ -60,22 +59,21 @@ TEST(RegistryHiveFormatTest, ReadsDwordsAsThirtyTwoBitIntegers)
 
 TEST(RegistryHiveFormatTest, SkipsCommentsJunkAndForeignSectionsButReadsTheRest)
 {
-    const QSettings::SettingsMap values = parse(
-        "; exported by hand\n"
-        "[HKEY_LOCAL_MACHINE\\A]\n"
-        "this line means nothing\n"
-        "\"broken\"=\"no closing quote\n"
-        "\"trailing\"=\"x\" junk\n"
-        "\"deleted\"=-\n"
-        "\"kept\"=\"1\"\n"
-        "[HKEY_CURRENT_USER\\B]\n"
-        "\"other hive\"=\"x\"\n"
-        "[-HKEY_LOCAL_MACHINE\\C]\n"
-        "\"in a deletion\"=\"x\"\n"
-        "[HKEY_LOCAL_MACHINE\\D\n"
-        "\"in a broken section\"=\"x\"\n"
-        "[HKEY_LOCAL_MACHINE\\E]\n"
-        "\"last\"=\"2\"\n");
+    const QSettings::SettingsMap values = parse("; exported by hand\n"
+                                                "[HKEY_LOCAL_MACHINE\\A]\n"
+                                                "this line means nothing\n"
+                                                "\"broken\"=\"no closing quote\n"
+                                                "\"trailing\"=\"x\" junk\n"
+                                                "\"deleted\"=-\n"
+                                                "\"kept\"=\"1\"\n"
+                                                "[HKEY_CURRENT_USER\\B]\n"
+                                                "\"other hive\"=\"x\"\n"
+                                                "[-HKEY_LOCAL_MACHINE\\C]\n"
+                                                "\"in a deletion\"=\"x\"\n"
+                                                "[HKEY_LOCAL_MACHINE\\D\n"
+                                                "\"in a broken section\"=\"x\"\n"
+                                                "[HKEY_LOCAL_MACHINE\\E]\n"
+                                                "\"last\"=\"2\"\n");
     EXPECT_EQ(values, (QSettings::SettingsMap{{"A/kept", QString("1")}, {"E/last", QString("2")}}));
 }
 
@@ -97,15 +95,14 @@ TEST(RegistryHiveFormatTest, EmptyPathComponentsCountAsNothing)
 
 TEST(RegistryHiveFormatTest, NamesDifferingInCaseMergeIntoTheFirstSpelling)
 {
-    const QSettings::SettingsMap values = parse(
-        "[HKEY_LOCAL_MACHINE\\Software\\Tavrin]\n"
-        "\"Name\"=\"first\"\n"
-        "\"NAME\"=\"second\"\n"
-        "[hkey_local_machine\\SOFTWARE\\tavrin\\Orv]\n"
-        "\"x\"=\"1\"\n"
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\TAVRIN]\n"
-        "\"name\"=\"third\"\n"
-        "\"other\"=\"2\"\n");
+    const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\Software\\Tavrin]\n"
+                                                "\"Name\"=\"first\"\n"
+                                                "\"NAME\"=\"second\"\n"
+                                                "[hkey_local_machine\\SOFTWARE\\tavrin\\Orv]\n"
+                                                "\"x\"=\"1\"\n"
+                                                "[HKEY_LOCAL_MACHINE\\SOFTWARE\\TAVRIN]\n"
+                                                "\"name\"=\"third\"\n"
+                                                "\"other\"=\"2\"\n");
     EXPECT_EQ(values, (QSettings::SettingsMap{{"Software/Tavrin/Name", QString("first")},
                                               {"Software/Tavrin/Orv/x", QString("1")},
                                               {"Software/Tavrin/other", QString("2")}}));
@@ -147,23 +144,22 @@ TEST(RegistryHiveFormatTest, WritesSortedSectionsAndValuesDefaultFirst)
         {"A", QString("at the root")},
         {"a1/x", QString("after a")},
     };
-    EXPECT_EQ(registryHive::write(values, hklm),
-              "Windows Registry Editor Version 5.00\n"
-              "\n"
-              "[HKEY_LOCAL_MACHINE]\n"
-              "\"A\"=\"at the root\"\n"
-              "\n"
-              "[HKEY_LOCAL_MACHINE\\a1]\n"
-              "\"x\"=\"after a\"\n"
-              "\n"
-              "[HKEY_LOCAL_MACHINE\\b]\n"
-              "@=\"default\"\n"
-              "\"Alpha\"=\"q\\\"\\\\\\n\"\n"
-              "\"zeta\"=dword:00000001\n"
-              "\n"
-              "[HKEY_LOCAL_MACHINE\\B\\a]\n"
-              "\"x\"=\"in a\"\n"
-              "\n");
+    EXPECT_EQ(registryHive::write(values, hklm), "Windows Registry Editor Version 5.00\n"
+                                                 "\n"
+                                                 "[HKEY_LOCAL_MACHINE]\n"
+                                                 "\"A\"=\"at the root\"\n"
+                                                 "\n"
+                                                 "[HKEY_LOCAL_MACHINE\\a1]\n"
+                                                 "\"x\"=\"after a\"\n"
+                                                 "\n"
+                                                 "[HKEY_LOCAL_MACHINE\\b]\n"
+                                                 "@=\"default\"\n"
+                                                 "\"Alpha\"=\"q\\\"\\\\\\n\"\n"
+                                                 "\"zeta\"=dword:00000001\n"
+                                                 "\n"
+                                                 "[HKEY_LOCAL_MACHINE\\B\\a]\n"
+                                                 "\"x\"=\"in a\"\n"
+                                                 "\n");
 }
 
 TEST(RegistryHiveFormatTest, EveryValueKindSurvivesARoundTrip)
@@ -198,7 +194,8 @@ TEST(RegistryHiveFormatTest, SlashesInNamesNestAsQSettingsReadsThem)
 
 TEST(RegistryHiveFormatTest, KeysInValueNamesTakeTheFirstSpelling)
 {
-    const QSettings::SettingsMap values = parse("[HKEY_LOCAL_MACHINE\\K]\n\"Sub/a\"=\"1\"\n\"SUB/b\"=\"2\"\n[HKEY_LOCAL_MACHINE\\k\\sub]\n\"c\"=\"3\"\n");
+    const QSettings::SettingsMap values =
+        parse("[HKEY_LOCAL_MACHINE\\K]\n\"Sub/a\"=\"1\"\n\"SUB/b\"=\"2\"\n[HKEY_LOCAL_MACHINE\\k\\sub]\n\"c\"=\"3\"\n");
     EXPECT_EQ(values.keys(), (QStringList{"K/Sub/a", "K/Sub/b", "K/Sub/c"}));
     EXPECT_EQ(parse(registryHive::write(values, hklm)), values);
 }

@@ -185,20 +185,19 @@ TEST_F(RegistrySettingsLinuxTest, EveryValueKindSurvivesTheFile)
 
 TEST_F(RegistrySettingsLinuxTest, AHandWrittenHiveReadsAsIntended)
 {
-    writeHive(machineHive(),
-              "Windows Registry Editor Version 5.00\n"
-              "\n"
-              "; Photoshop's own keys\n"
-              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
-              "\"PluginPath\"=\"C:\\\\Program Files\\\\Adobe\\\\Plug-ins\"\n"
-              "\"Shape\"=hex:de,ad\n"
-              "\n"
-              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
-              "@=\"/opt/pse/plugins\"\n"
-              "\n"
-              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n"
-              "\"currentLanguage\"=dword:00000002\n"
-              "\"Quote\"=\"say \\\"hi\\\"\"\n");
+    writeHive(machineHive(), "Windows Registry Editor Version 5.00\n"
+                             "\n"
+                             "; Photoshop's own keys\n"
+                             "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
+                             "\"PluginPath\"=\"C:\\\\Program Files\\\\Adobe\\\\Plug-ins\"\n"
+                             "\"Shape\"=hex:de,ad\n"
+                             "\n"
+                             "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
+                             "@=\"/opt/pse/plugins\"\n"
+                             "\n"
+                             "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n"
+                             "\"currentLanguage\"=dword:00000002\n"
+                             "\"Quote\"=\"say \\\"hi\\\"\"\n");
     const auto adobe = openRegistryKey("HKEY_LOCAL_MACHINE\\Software\\Adobe");
     EXPECT_EQ(adobe->childGroups(), (QStringList{"Photoshop", "Photoshop Elements"}));
     EXPECT_EQ(adobe->value("Photoshop/120.0/PluginPath").toString(), "C:\\Program Files\\Adobe\\Plug-ins");
@@ -237,8 +236,7 @@ TEST_F(RegistrySettingsLinuxTest, TwoProcessesWritingOneHiveAtOnceLoseNothing)
     QProcess second;
     for (auto [process, key] : {std::pair{&first, "A"}, std::pair{&second, "B"}}) {
         process->setProcessEnvironment(machine.environment());
-        process->start(REGISTRY_WRITER,
-                       {QString("HKEY_CURRENT_USER\\Software\\Race\\") + key, QString::number(count)});
+        process->start(REGISTRY_WRITER, {QString("HKEY_CURRENT_USER\\Software\\Race\\") + key, QString::number(count)});
     }
     ASSERT_TRUE(first.waitForFinished(120000));
     ASSERT_TRUE(second.waitForFinished(120000));

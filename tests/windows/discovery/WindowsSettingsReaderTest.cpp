@@ -171,7 +171,7 @@ TEST_F(WindowsSettingsReaderTest, HiveFlagZeroSelectsTheMachinesHive)
     ASSERT_FALSE(systemRoot.empty());
     const std::string narrow = reader.readString(LocalMachineHive, windowsVersionKey, "SystemRoot");
     EXPECT_TRUE(sameTextIgnoringCase(std::wstring(narrow.begin(), narrow.end()), systemRoot));
-    EXPECT_TRUE(sameTextIgnoringCase(reader.readWideString(LocalMachineHive, windowsVersionKey, "SystemRoot"),
-                                     systemRoot));
+    EXPECT_TRUE(
+        sameTextIgnoringCase(reader.readWideString(LocalMachineHive, windowsVersionKey, "SystemRoot"), systemRoot));
     EXPECT_EQ(reader.readString(CurrentUserHive, windowsVersionKey, "SystemRoot"), "");
 }

@@ -49,8 +49,8 @@ std::vector<AccessEntry> accessEntries(const std::wstring &path, bool forUsers)
     PACL list = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     std::vector<AccessEntry> entries;
-    if (GetNamedSecurityInfoW(path.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list,
-                              nullptr, &descriptor) != ERROR_SUCCESS)
+    if (GetNamedSecurityInfoW(path.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
+                              &descriptor) != ERROR_SUCCESS)
         return entries;
     for (DWORD index = 0; list != nullptr && index < list->AceCount; ++index) {
         void *entry = nullptr;
@@ -80,7 +80,8 @@ bool isWine()
 class FilePermissionsWinTest : public ::testing::Test
 {
 protected:
-    FilePermissionsWinTest() : file((folder.path() / L"Orv Collection.cfg").wstring())
+    FilePermissionsWinTest()
+        : file((folder.path() / L"Orv Collection.cfg").wstring())
     {
         std::ofstream(std::filesystem::path(file)) << "<configuration/>\n";
     }

@@ -53,7 +53,8 @@ void expectNamesTheCopy(const fs::filesystem_error &error, const fs::path &from,
 class ReadOnlyFile
 {
 public:
-    explicit ReadOnlyFile(fs::path path) : path_(std::move(path))
+    explicit ReadOnlyFile(fs::path path)
+        : path_(std::move(path))
     {
         SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_READONLY);
     }

@@ -21,11 +21,13 @@ std::string uniqueProduct()
 const char *const ScratchRegistryKey::company = "SuiteDeployerTests";
 
 ScratchRegistryKey::ScratchRegistryKey(HKEY hive, const std::string &parent)
-    : hive_(hive), companyPath_(parent + "\\" + company), product_(uniqueProduct()),
-      path_(companyPath_ + "\\" + product_)
+    : hive_(hive)
+    , companyPath_(parent + "\\" + company)
+    , product_(uniqueProduct())
+    , path_(companyPath_ + "\\" + product_)
 {
-    if (RegCreateKeyExW(hive_, widened(path_).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS,
-                        nullptr, &key_, nullptr) != ERROR_SUCCESS)
+    if (RegCreateKeyExW(hive_, widened(path_).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                        &key_, nullptr) != ERROR_SUCCESS)
         throw std::runtime_error("cannot create the registry key " + path_);
 }
 
@@ -56,8 +58,8 @@ void ScratchRegistryKey::setBytes(const std::wstring &valueName, DWORD type, con
 
 void ScratchRegistryKey::setNarrow(const std::string &valueName, const std::string &bytes)
 {
-    if (RegSetValueExA(key_, valueName.c_str(), 0, REG_SZ,
-                       reinterpret_cast<const BYTE *>(bytes.data()), static_cast<DWORD>(bytes.size())) != ERROR_SUCCESS)
+    if (RegSetValueExA(key_, valueName.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE *>(bytes.data()),
+                       static_cast<DWORD>(bytes.size())) != ERROR_SUCCESS)
         throw std::runtime_error("cannot write a registry value below " + path_);
 }
 

@@ -22,7 +22,10 @@ std::string uniqueEventName()
 class ReadyEvent
 {
 public:
-    explicit ReadyEvent(const std::string &name) : handle_(CreateEventA(nullptr, TRUE, FALSE, name.c_str())) {}
+    explicit ReadyEvent(const std::string &name)
+        : handle_(CreateEventA(nullptr, TRUE, FALSE, name.c_str()))
+    {
+    }
     ~ReadyEvent() { CloseHandle(handle_); }
     ReadyEvent(const ReadyEvent &) = delete;
     ReadyEvent &operator=(const ReadyEvent &) = delete;

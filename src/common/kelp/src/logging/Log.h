@@ -39,16 +39,14 @@ constexpr FunctionName<N> qualifiedFunctionName(const char (&signature)[N])
 } // namespace kelp::logging::detail
 
 #if defined(_MSC_VER)
-#define KELP_LOG(level, ...)                                                                       \
-    ::spdlog::default_logger_raw()->log(::spdlog::source_loc{__FILE__, __LINE__, __FUNCTION__},    \
-                                        level, __VA_ARGS__)
+#define KELP_LOG(level, ...)                                                                                           \
+    ::spdlog::default_logger_raw()->log(::spdlog::source_loc{__FILE__, __LINE__, __FUNCTION__}, level, __VA_ARGS__)
 #else
-#define KELP_LOG(level, ...)                                                                       \
-    do {                                                                                           \
-        static constexpr auto kelpFunctionName =                                                   \
-            ::kelp::logging::detail::qualifiedFunctionName(__PRETTY_FUNCTION__);                   \
-        ::spdlog::default_logger_raw()->log(                                                       \
-            ::spdlog::source_loc{__FILE__, __LINE__, kelpFunctionName.text}, level, __VA_ARGS__);  \
+#define KELP_LOG(level, ...)                                                                                           \
+    do {                                                                                                               \
+        static constexpr auto kelpFunctionName = ::kelp::logging::detail::qualifiedFunctionName(__PRETTY_FUNCTION__);  \
+        ::spdlog::default_logger_raw()->log(::spdlog::source_loc{__FILE__, __LINE__, kelpFunctionName.text}, level,    \
+                                            __VA_ARGS__);                                                              \
     } while (false)
 #endif
 

@@ -70,8 +70,8 @@ boost::filesystem::path initLogging(const std::string &logFileName, const std::s
     spdlog::flush_every(std::chrono::seconds(1));
     spdlog::flush_on(spdlog::level::warn);
     try {
-        const auto logger = spdlog::synchronous_factory::create<Sink>(
-            loggerName, candidate->generic_path().string(), maxFiles, maxFileSize);
+        const auto logger = spdlog::synchronous_factory::create<Sink>(loggerName, candidate->generic_path().string(),
+                                                                      maxFiles, maxFileSize);
         const std::string setting = settings.readUserValue((loggerName + levelSettingSuffix).c_str());
         const auto level = levelFromSetting(setting, static_cast<spdlog::level::level_enum>(defaultLevel));
         logger->set_level(level);

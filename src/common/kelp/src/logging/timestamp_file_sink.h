@@ -27,8 +27,9 @@ public:
     using clock_function = std::function<std::time_t()>;
 
     // The clock is there for tests; the program uses the system clock.
-    timestamp_file_sink(std::string base_filename, std::uint64_t max_files, std::uint64_t max_size,
-                        const clock_function &clock = [] { return std::time(nullptr); })
+    timestamp_file_sink(
+        std::string base_filename, std::uint64_t max_files, std::uint64_t max_size,
+        const clock_function &clock = [] { return std::time(nullptr); })
         : max_size_(max_size)
         , max_files_(max_files)
         , base_filename_(std::move(base_filename))
@@ -86,7 +87,10 @@ protected:
         file_helper_.close();
     }
 
-    void flush_() override { file_helper_.flush(); }
+    void flush_() override
+    {
+        file_helper_.flush();
+    }
 
 private:
     static const std::string &limit_message()

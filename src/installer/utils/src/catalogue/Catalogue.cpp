@@ -104,10 +104,9 @@ QStringList Catalogue::productsNotIn(const QJsonArray &productNames) const
     QStringList missing;
     for (const QJsonValue productEntry : json.value(defaultsKey).toArray()) {
         const QString name = productEntry.toObject().value(productNameKey).toString();
-        const bool requested = std::any_of(productNames.begin(), productNames.end(),
-                                           [&name](const QJsonValue &requestedName) {
-                                               return requestedName.toString() == name;
-                                           });
+        const bool requested =
+            std::any_of(productNames.begin(), productNames.end(),
+                        [&name](const QJsonValue &requestedName) { return requestedName.toString() == name; });
         if (!requested)
             missing.append(name);
     }

@@ -24,8 +24,7 @@ QDir Installer::installLightroomModulePlugin(const PluginEntry &entry, const QSt
                                              const QString &executablePath)
 {
     const QDir moduleSource(sourceDir + QDir::separator() + entry.templateName);
-    QDir moduleDestination(lrRoot + QDir::separator() + entry.lrPluginFolder + QDir::separator() +
-                           entry.templateName);
+    QDir moduleDestination(lrRoot + QDir::separator() + entry.lrPluginFolder + QDir::separator() + entry.templateName);
     QDir presetDestination(lrRoot + QDir::separator() + exportPresetsFolder + QDir::separator() + collectionFolder);
     fileUtils::createDir(moduleDestination);
     fileUtils::createDir(presetDestination);

@@ -68,8 +68,7 @@ std::string HiveSettingsReader::readString(std::int32_t hive, const char *keyPat
     return upToFirstZero(bytes);
 }
 
-std::wstring HiveSettingsReader::readWideString(std::int32_t hive, const char *keyPath,
-                                                const char *valueName) const
+std::wstring HiveSettingsReader::readWideString(std::int32_t hive, const char *keyPath, const char *valueName) const
 {
     const QVariant value = readValue(hive, keyPath, valueName);
     if (value.userType() == QMetaType::QString)

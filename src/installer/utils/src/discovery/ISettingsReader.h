@@ -7,8 +7,7 @@
 namespace orv::photoshop {
 
 // The hive flag of the reads: 0 is the machine's hive, any other value the user's.
-enum RegistryHive : std::int32_t
-{
+enum RegistryHive : std::int32_t {
     LocalMachineHive = 0,
     CurrentUserHive = 1,
 };

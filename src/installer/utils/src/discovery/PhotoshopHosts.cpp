@@ -18,10 +18,10 @@ const QString versionCutOff = QStringLiteral("100.0");
 const QString unlistedVersionName = QStringLiteral("Photoshop CC (v %1) (64-Bit)");
 
 const QHash<QString, QString> photoshopVersionNames = {
-    {"12.0", "Photoshop CS5 (64-Bit)"},       {"60.0", "Photoshop CS6 (64-Bit)"},
-    {"70.0", "Photoshop CC (64-Bit)"},        {"80.0", "Photoshop CC 2014 (64-Bit)"},
-    {"90.0", "Photoshop CC 2015 (64-Bit)"},   {"100.0", "Photoshop CC 2015.5 (64-Bit)"},
-    {"110.0", "Photoshop CC 2017 (64-Bit)"},  {"120.0", "Photoshop CC 2018 (64-Bit)"},
+    {"12.0", "Photoshop CS5 (64-Bit)"},      {"60.0", "Photoshop CS6 (64-Bit)"},
+    {"70.0", "Photoshop CC (64-Bit)"},       {"80.0", "Photoshop CC 2014 (64-Bit)"},
+    {"90.0", "Photoshop CC 2015 (64-Bit)"},  {"100.0", "Photoshop CC 2015.5 (64-Bit)"},
+    {"110.0", "Photoshop CC 2017 (64-Bit)"}, {"120.0", "Photoshop CC 2018 (64-Bit)"},
     {"130.0", "Photoshop CC 2019 (64-Bit)"},
 };
 

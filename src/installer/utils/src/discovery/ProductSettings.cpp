@@ -4,13 +4,17 @@
 #include <utility>
 
 ProductSettings::ProductSettings(const std::string &company, const std::string &product)
-    : company(company), product(product), reader(orv::photoshop::makeSettingsReader())
+    : company(company)
+    , product(product)
+    , reader(orv::photoshop::makeSettingsReader())
 {
 }
 
-ProductSettings::ProductSettings(std::unique_ptr<orv::photoshop::ISettingsReader> &&reader,
-                                 const std::string &company, const std::string &product)
-    : company(company), product(product), reader(std::move(reader))
+ProductSettings::ProductSettings(std::unique_ptr<orv::photoshop::ISettingsReader> &&reader, const std::string &company,
+                                 const std::string &product)
+    : company(company)
+    , product(product)
+    , reader(std::move(reader))
 {
 }
 

@@ -19,7 +19,10 @@ HKEY hiveKey(std::int32_t hive)
 class OpenKey
 {
 public:
-    explicit OpenKey(HKEY key) : key_(key) {}
+    explicit OpenKey(HKEY key)
+        : key_(key)
+    {
+    }
     ~OpenKey() { RegCloseKey(key_); }
     OpenKey(const OpenKey &) = delete;
     OpenKey &operator=(const OpenKey &) = delete;
@@ -64,8 +67,7 @@ std::string WindowsSettingsReader::readString(std::int32_t hive, const char *key
     return result;
 }
 
-std::wstring WindowsSettingsReader::readWideString(std::int32_t hive, const char *keyPath,
-                                                   const char *valueName) const
+std::wstring WindowsSettingsReader::readWideString(std::int32_t hive, const char *keyPath, const char *valueName) const
 {
     std::wstring result;
     const std::wstring widePath = widened(keyPath);
@@ -78,8 +80,8 @@ std::wstring WindowsSettingsReader::readWideString(std::int32_t hive, const char
     if (RegQueryValueExW(key, wideName.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
         return result;
     std::wstring buffer(std::size_t{size} / 2 + 1, L'\0');
-    if (RegQueryValueExW(key, wideName.c_str(), nullptr, nullptr, reinterpret_cast<LPBYTE>(buffer.data()),
-                         &size) != ERROR_SUCCESS)
+    if (RegQueryValueExW(key, wideName.c_str(), nullptr, nullptr, reinterpret_cast<LPBYTE>(buffer.data()), &size) !=
+        ERROR_SUCCESS)
         return result;
     buffer.resize(std::size_t{size} / 2);
     result = upToFirstZero(buffer);

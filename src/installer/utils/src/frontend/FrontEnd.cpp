@@ -33,8 +33,8 @@ const QString langKey = QStringLiteral("lang");
 // "RectiloGraymere" has no bar inside, so Rectilo and Graymere are only
 // reported when one name directly follows the other; the wizard has always
 // been answered this way.
-const QString blockingApplications = QStringLiteral(
-    "Tintara|Grainwick|Lumbrio|ACU3|Quietar|RectiloGraymere|Bracketon|Photoshop|Lightroom");
+const QString blockingApplications =
+    QStringLiteral("Tintara|Grainwick|Lumbrio|ACU3|Quietar|RectiloGraymere|Bracketon|Photoshop|Lightroom");
 
 QJsonObject backgroundAnswer()
 {
@@ -57,8 +57,8 @@ void install(const QJsonObject &request, const IPathUtils &pathUtils, const Cata
 
 void installSamples(const QJsonObject &request, const IPathUtils &pathUtils, const Catalogue &catalogue)
 {
-    Installer(pathUtils, catalogue).installSampleImages(request.value(rootDirKey).toString(),
-                                                        request.value(langKey).toInt(0));
+    Installer(pathUtils, catalogue)
+        .installSampleImages(request.value(rootDirKey).toString(), request.value(langKey).toInt(0));
 }
 
 void printAnswer(const QJsonObject &answer)

@@ -8,11 +8,9 @@ namespace {
 
 const QString requestValueName = QStringLiteral("txt");
 
-QCommandLineOption requestOption(const QString &shortName, const QString &longName,
-                                 const QString &description)
+QCommandLineOption requestOption(const QString &shortName, const QString &longName, const QString &description)
 {
-    return QCommandLineOption(QStringList{shortName, longName}, description, requestValueName,
-                              QString());
+    return QCommandLineOption(QStringList{shortName, longName}, description, requestValueName, QString());
 }
 
 } // namespace
@@ -42,9 +40,8 @@ void ModeOptions::addTo(QCommandLineParser &parser) const
 Mode ModeOptions::selectedMode(const QCommandLineParser &parser) const
 {
     const std::pair<const QCommandLineOption *, Mode> precedence[] = {
-        {&uninstall, Mode::Uninstall}, {&install, Mode::Install},
-        {&resetConfig, Mode::ResetConfig}, {&config, Mode::Config},
-        {&samples, Mode::Samples},     {&background, Mode::Background},
+        {&uninstall, Mode::Uninstall}, {&install, Mode::Install}, {&resetConfig, Mode::ResetConfig},
+        {&config, Mode::Config},       {&samples, Mode::Samples}, {&background, Mode::Background},
     };
     for (const auto &[option, mode] : precedence) {
         if (parser.isSet(*option))

@@ -1,6 +1,7 @@
 #include "Installer.h"
 
 Installer::Installer(const IPathUtils &pathUtils, const Catalogue &catalogue)
-    : pathUtils(pathUtils), catalogue(catalogue)
+    : pathUtils(pathUtils)
+    , catalogue(catalogue)
 {
 }

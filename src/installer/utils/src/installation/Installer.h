@@ -65,8 +65,8 @@ public:
 
     // Copies one module folder whole into lrRoot with its export presets and
     // writes its Lua file. The module's destination, or QDir("") on failure.
-    static QDir installLightroomModulePlugin(const PluginEntry &entry, const QString &sourceDir,
-                                             const QString &lrRoot, const QString &executablePath);
+    static QDir installLightroomModulePlugin(const PluginEntry &entry, const QString &sourceDir, const QString &lrRoot,
+                                             const QString &executablePath);
 
 private:
     const IPathUtils &pathUtils;

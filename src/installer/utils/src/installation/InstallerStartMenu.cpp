@@ -29,8 +29,7 @@ void Installer::createStartMenuLinks(const QString &rootDir) const
             const QString linkPath = startMenu.absoluteFilePath(linkName);
             KELP_LOG_INFO("Creating link from {} to {}", executable.toStdString(), linkPath.toStdString());
             if (!QFile::link(executable, linkPath))
-                KELP_LOG_WARN("Failed to create link from {} to {}", executable.toStdString(),
-                              linkPath.toStdString());
+                KELP_LOG_WARN("Failed to create link from {} to {}", executable.toStdString(), linkPath.toStdString());
             shell.createShellLinkObject();
         }
     }

@@ -7,11 +7,9 @@
 namespace {
 
 const QSet<QString> linkableExecutables = {
-    QStringLiteral("Grainwick 3.exe"), QStringLiteral("Tintara 5.exe"),
-    QStringLiteral("Quietar2.exe"),    QStringLiteral("Bracketon 2.exe"),
-    QStringLiteral("Rectilo.exe"),     QStringLiteral("ACU3OST.exe"),
-    QStringLiteral("ACU3RST.exe"),     QStringLiteral("Graymere 3.exe"),
-    QStringLiteral("Lumbrio 3.exe"),
+    QStringLiteral("Grainwick 3.exe"), QStringLiteral("Tintara 5.exe"),  QStringLiteral("Quietar2.exe"),
+    QStringLiteral("Bracketon 2.exe"), QStringLiteral("Rectilo.exe"),    QStringLiteral("ACU3OST.exe"),
+    QStringLiteral("ACU3RST.exe"),     QStringLiteral("Graymere 3.exe"), QStringLiteral("Lumbrio 3.exe"),
 };
 
 const QMap<QString, QString> linkDisplayNames = {

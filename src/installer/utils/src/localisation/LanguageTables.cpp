@@ -28,6 +28,9 @@ const QSet<QString> plainLanguages = {"de", "es", "fr", "it", "ja", "nl", "pl", 
 
 const QSet<QString> regionLanguages = {"en_GB", "en_US", "es_419", "pt_BR", "ko_KR", "zh_CN", "zh_TW"};
 
+// Split literals mark where a direction mark or the Latin P stands; the
+// formatter would put their parts on lines of their own.
+// clang-format off
 const QVector<LanguageEntry> languageTable = {
     {"de", doublyEncoded("Deutsch")},
     {"en_GB", doublyEncoded("\u202A" "English (United Kingdom)" "\u202C")},
@@ -48,9 +51,10 @@ const QVector<LanguageEntry> languageTable = {
     {"zh_CN", doublyEncoded("简体中文")},
     {"zh_TW", doublyEncoded("繁體中文")},
 };
+// clang-format on
 
-const QStringList languageCodes = {"de", "en-GB", "en", "es", "es-419", "fr", "it", "nl", "pl",
-                                   "pt", "ru",   "tr",  "ja", "zh-CN",  "zh-TW", "ko", "th"};
+const QStringList languageCodes = {"de", "en-GB", "en", "es", "es-419", "fr",    "it", "nl", "pl",
+                                   "pt", "ru",    "tr", "ja", "zh-CN",  "zh-TW", "ko", "th"};
 
 const QMap<int, QString> sampleLanguageFolders = {
     {0, "1031"}, {1, "1033"}, {5, "1036"}, {12, "1041"}, {13, "2052"},

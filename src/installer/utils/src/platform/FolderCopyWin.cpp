@@ -42,9 +42,8 @@ bool isSameFile(const fs::path &first, const fs::path &second)
 {
     BY_HANDLE_FILE_INFORMATION one = {};
     BY_HANDLE_FILE_INFORMATION other = {};
-    return identify(first, one) && identify(second, other) &&
-           one.dwVolumeSerialNumber == other.dwVolumeSerialNumber && one.nFileIndexHigh == other.nFileIndexHigh &&
-           one.nFileIndexLow == other.nFileIndexLow;
+    return identify(first, one) && identify(second, other) && one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
 // What rules the copy out before anything is written, as the standard copy checks it.

@@ -46,7 +46,8 @@ int lockedDescriptor(const QString &folder)
 
 } // namespace
 
-FolderLock::FolderLock(const QString &folder) : folder_(QFileInfo(folder).canonicalFilePath())
+FolderLock::FolderLock(const QString &folder)
+    : folder_(QFileInfo(folder).canonicalFilePath())
 {
     if (folder_.isEmpty())
         return;

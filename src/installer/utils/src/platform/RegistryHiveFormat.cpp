@@ -85,7 +85,11 @@ QString quoted(const QString &text)
 class HiveReader
 {
 public:
-    HiveReader(const QStringList &lines, const QString &hiveName) : lines_(lines), hiveName_(hiveName) {}
+    HiveReader(const QStringList &lines, const QString &hiveName)
+        : lines_(lines)
+        , hiveName_(hiveName)
+    {
+    }
 
     QSettings::SettingsMap read()
     {
@@ -259,7 +263,8 @@ QByteArray write(const QSettings::SettingsMap &values, const QString &hiveName)
         std::vector<QString> &names = namesByKey[key];
         std::sort(names.begin(), names.end(), namesLess);
         const QString section =
-            key.isEmpty() ? hiveName : hiveName + QLatin1Char('\\') + QString(key).replace(QLatin1Char('/'), QLatin1Char('\\'));
+            key.isEmpty() ? hiveName
+                          : hiveName + QLatin1Char('\\') + QString(key).replace(QLatin1Char('/'), QLatin1Char('\\'));
         text += QLatin1Char('[') + section + QStringLiteral("]\n");
         for (const QString &name : names) {
             const QString fullName = key.isEmpty() ? name : key + QLatin1Char('/') + name;

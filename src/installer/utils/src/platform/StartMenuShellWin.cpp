@@ -19,8 +19,7 @@ StartMenuShell::~StartMenuShell()
 void StartMenuShell::createShellLinkObject()
 {
     IShellLinkW *link = nullptr;
-    CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
-                     reinterpret_cast<void **>(&link));
+    CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, reinterpret_cast<void **>(&link));
 }
 
 void StartMenuShell::notifyStartMenusChanged()

@@ -17,7 +17,10 @@ const std::string lineEnd = "\r\r\n";
 class SnapshotHandle
 {
 public:
-    explicit SnapshotHandle(HANDLE handle) : handle_(handle) {}
+    explicit SnapshotHandle(HANDLE handle)
+        : handle_(handle)
+    {
+    }
     ~SnapshotHandle() { CloseHandle(handle_); }
     SnapshotHandle(const SnapshotHandle &) = delete;
     SnapshotHandle &operator=(const SnapshotHandle &) = delete;

@@ -45,7 +45,8 @@ void removeNonPreferenceFiles(const QString &dataFolder, const QString &settings
 } // namespace
 
 Uninstaller::Uninstaller(const IPathUtils &pathUtils, const Catalogue &catalogue)
-    : pathUtils(pathUtils), catalogue(catalogue)
+    : pathUtils(pathUtils)
+    , catalogue(catalogue)
 {
 }
 

@@ -8,7 +8,8 @@ const QString machinePrefix = QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6
 const QString makerName = QStringLiteral("Tavrin");
 const QString suiteName = QStringLiteral("Orv Collection");
 const QString machineMakerPath = QStringLiteral("%1\\%2").arg(machinePrefix, makerName);
-const QString machineUninstallRoot = QStringLiteral("%1\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\").arg(machinePrefix);
+const QString machineUninstallRoot =
+    QStringLiteral("%1\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\").arg(machinePrefix);
 const QString userMakerPath = QStringLiteral("HKEY_CURRENT_USER\\SOFTWARE\\") + makerName;
 const QString nativeMakerPath = QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\%1").arg(makerName);
 const QString zonalToolGroup = QStringLiteral("Zonal Tool");
@@ -34,7 +35,8 @@ void Uninstaller::resetConfig() const
     pathUtils.suiteSettings()->remove(QString());
     {
         const auto maker = pathUtils.makerSettings();
-        for (const QString &group : {catalogue.zonalToolName, catalogue.zonalPaletteName, catalogue.rectiloProductName}) {
+        for (const QString &group :
+             {catalogue.zonalToolName, catalogue.zonalPaletteName, catalogue.rectiloProductName}) {
             maker->remove(group);
             maker->sync();
         }
