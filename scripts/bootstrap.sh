@@ -15,8 +15,8 @@ FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 # The Windows platform layer's tests: cross-compiled with mingw-w64 (GoogleTest
 # from its sources, Boost's headers from the host) and run under Wine.
 WINE_PACKAGES=(cmake make g++-mingw-w64-x86-64-posix wine64 googletest libboost-dev)
-# The static analysis of scripts/tidy.sh.
-TIDY_PACKAGES=(clang-tidy python3)
+# The format check and the static analysis of scripts/tidy.sh.
+TIDY_PACKAGES=(clang-format clang-tidy python3 git)
 
 # Installs those of the named packages that are not installed yet, and nothing when all are.
 ensure_packages() {

@@ -1,10 +1,19 @@
 #!/usr/bin/env bash
-# clang-tidy with the checks of .clang-tidy over the program's own sources
-# (src/), as the Linux build compiles them: the compile commands of build/.
-# Any finding fails the run. Usage: scripts/tidy.sh [build folder]
+# The code's habits, checked: every C++ file of the checkout as .clang-format
+# writes it, and clang-tidy with the checks of .clang-tidy over the program's
+# own sources (src/) as the Linux build compiles them, with the compile
+# commands of build/. Any finding fails the run.
+# Usage: scripts/tidy.sh [build folder]
 set -euo pipefail
 source "$(dirname "$0")/bootstrap.sh"
 ensure_packages "${TIDY_PACKAGES[@]}"
+
+mapfile -t sources < <(git -C "$SUITEDEPLOYER_ROOT" ls-files '*.cpp' '*.h')
+if ! (cd "$SUITEDEPLOYER_ROOT" && clang-format --dry-run -Werror "${sources[@]}"); then
+  echo "These files are not formatted as .clang-format says: run clang-format -i on them"
+  exit 1
+fi
+echo "clang-format: ${#sources[@]} files as .clang-format writes them"
 
 build=${1:-$SUITEDEPLOYER_BUILD}
 if [ ! -f "$build/compile_commands.json" ]; then
