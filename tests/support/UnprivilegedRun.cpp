@@ -2,6 +2,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <stdexcept>
@@ -28,12 +29,12 @@ void handOverTree(const QString &folder)
         handOver(walk.next());
 }
 
-QString setprivProgram()
+QString program(const QString &name)
 {
-    const QString setpriv = QStandardPaths::findExecutable(QStringLiteral("setpriv"));
-    if (setpriv.isEmpty())
-        throw std::runtime_error("setpriv is needed to run the tool without rights as root");
-    return setpriv;
+    const QString path = QStandardPaths::findExecutable(name);
+    if (path.isEmpty())
+        throw std::runtime_error(name.toStdString() + " is needed to run the tool without rights as root");
+    return path;
 }
 
 } // namespace
@@ -58,6 +59,14 @@ DeployerRun runDeployerWithoutRights(const Machine &machine, const QProcessEnvir
     for (const QString &folder : ownedFolders)
         handOverTree(machine.path(folder));
     const QString id = QString::number(unprivilegedId);
-    const QStringList asUser = {"--reuid=" + id, "--regid=" + id, "--clear-groups", "--", SUITEDEPLOYER_BINARY};
-    return runProgram(setprivProgram(), environment, machine.root(), asUser + arguments);
+    const QStringList asUser = {program("setpriv"),  "--reuid=" + id, "--regid=" + id, "--clear-groups", "--",
+                                SUITEDEPLOYER_BINARY};
+    // A run without rights may walk the file system from its root, as the
+    // tool does with an empty root folder: it runs in a small world of the
+    // system's files, the machine with what lies beside it, and the tool, so
+    // that the walk is the same on every machine and as short.
+    const QStringList namespaces = {"--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "--"};
+    const QStringList smallWorld = {"/bin/sh", SMALL_WORLD_SCRIPT, QFileInfo(machine.root()).path(),
+                                    QFileInfo(SUITEDEPLOYER_BINARY).path(), "--"};
+    return runProgram(program("unshare"), environment, machine.root(), namespaces + smallWorld + asUser + arguments);
 }

@@ -11,7 +11,9 @@
 // as root the run goes through setpriv as uid and gid 65534 after those
 // folders have been handed to that user; any other user has no such rights
 // anyway and runs the tool as it is. Either way the test makes read-only what
-// must stay so.
+// must stay so. As root the run also sees a small file system of its own: the
+// system's programs, libraries and settings, the folder that holds the
+// machine, and the tool (tests/support/run-in-small-world.sh).
 DeployerRun runDeployerWithoutRights(const Machine &machine, const QStringList &ownedFolders,
                                      const QStringList &arguments);
 DeployerRun runDeployerWithoutRights(const Machine &machine, const QProcessEnvironment &environment,
