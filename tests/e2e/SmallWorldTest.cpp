@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QProcessEnvironment>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -17,11 +16,8 @@ namespace {
 // but for the processes and devices, which live.
 QStringList walkFromTheRoot(const QString &kept)
 {
-    const QStringList namespaces = {"--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "--"};
-    const QStringList smallWorld = {"/bin/sh", SMALL_WORLD_SCRIPT, kept, "--", "find", "/"};
     const DeployerRun run =
-        runProgram(QStandardPaths::findExecutable("unshare"), QProcessEnvironment::systemEnvironment(),
-                   QDir::rootPath(), namespaces + smallWorld);
+        runInSmallWorld({kept}, QProcessEnvironment::systemEnvironment(), QDir::rootPath(), {"find", "/"});
     EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
     QStringList found;
     for (const QString &entry : QString::fromUtf8(run.standardOutput).split('\n', Qt::SkipEmptyParts)) {

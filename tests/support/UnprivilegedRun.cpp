@@ -65,8 +65,14 @@ DeployerRun runDeployerWithoutRights(const Machine &machine, const QProcessEnvir
     // tool does with an empty root folder: it runs in a small world of the
     // system's files, the machine with what lies beside it, and the tool, so
     // that the walk is the same on every machine and as short.
+    const QStringList kept = {QFileInfo(machine.root()).path(), QFileInfo(SUITEDEPLOYER_BINARY).path()};
+    return runInSmallWorld(kept, environment, machine.root(), asUser + arguments);
+}
+
+DeployerRun runInSmallWorld(const QStringList &keptFolders, const QProcessEnvironment &environment,
+                            const QString &workingFolder, const QStringList &command)
+{
     const QStringList namespaces = {"--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "--"};
-    const QStringList smallWorld = {"/bin/sh", SMALL_WORLD_SCRIPT, QFileInfo(machine.root()).path(),
-                                    QFileInfo(SUITEDEPLOYER_BINARY).path(), "--"};
-    return runProgram(program("unshare"), environment, machine.root(), namespaces + smallWorld + asUser + arguments);
+    const QStringList smallWorld = QStringList{"/bin/sh", SMALL_WORLD_SCRIPT} + keptFolders + QStringList{"--"};
+    return runProgram(program("unshare"), environment, workingFolder, namespaces + smallWorld + command);
 }

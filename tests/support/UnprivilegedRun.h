@@ -19,5 +19,10 @@ DeployerRun runDeployerWithoutRights(const Machine &machine, const QStringList &
 DeployerRun runDeployerWithoutRights(const Machine &machine, const QProcessEnvironment &environment,
                                      const QStringList &ownedFolders, const QStringList &arguments);
 
+// Runs a command, as root, in the small world that runs without rights see:
+// the system's files and the kept folders, nothing else.
+DeployerRun runInSmallWorld(const QStringList &keptFolders, const QProcessEnvironment &environment,
+                            const QString &workingFolder, const QStringList &command);
+
 // Whether runDeployerWithoutRights changes the user, which only root can.
 bool runsAsAnotherUser();
