@@ -1,5 +1,6 @@
 #include "Installer.h"
 
+#include "FileCopy.h"
 #include "FileUtils.h"
 #include "RegistrySettings.h"
 #include "SpecialFolders.h"
@@ -72,7 +73,7 @@ ConfigCopy copyConfigFile(const QString &sourceDir, const QString &fileName, con
 {
     if (QFile::exists(destination))
         QFile::remove(destination);
-    return QFile::copy(sourceDir + QDir::separator() + fileName, destination) ? ConfigCopy::Copied : ConfigCopy::Failed;
+    return copyFile(sourceDir + QDir::separator() + fileName, destination) ? ConfigCopy::Copied : ConfigCopy::Failed;
 }
 
 // Links the product's plug-ins and copies its configuration file into the

@@ -1,5 +1,6 @@
 #include "Installer.h"
 
+#include "FileCopy.h"
 #include "FileUtils.h"
 #include "logging/Log.h"
 
@@ -63,8 +64,8 @@ void Installer::installCfgFiles(const QJsonArray &plugins, const QString &rootDi
             const QString &source = sources.first();
             writeLanguageIntoSource(source, language);
             const QString fileName = QFileInfo(source).fileName();
-            // QFile::copy never overwrites: a rerun keeps the file of the first run.
-            if (QFile::copy(source, productDir.filePath(fileName)))
+            // The copy never overwrites: a rerun keeps the file of the first run.
+            if (copyFile(source, productDir.filePath(fileName)))
                 KELP_LOG_INFO("Sucessfully copied file {} to folder {}", fileName.toStdString(),
                               productDir.path().toStdString());
             else

@@ -1,10 +1,10 @@
 #include "Installer.h"
 
+#include "FileCopy.h"
 #include "FileUtils.h"
 #include "LanguageTables.h"
 
 #include <QDirIterator>
-#include <QFile>
 
 namespace {
 
@@ -18,7 +18,7 @@ void Installer::installSampleImages(const QString &rootDir, int language) const
     QDir target(pathUtils.commonPicturesPath() + QStringLiteral("/") + catalogue.sampleFolder());
     fileUtils::createDir(target);
 
-    // The language's pictures come first: QFile::copy doesn't overwrite, so a
+    // The language's pictures come first: the copy doesn't overwrite, so a
     // neutral picture of the same name doesn't replace them.
     const QString languageFolder = sampleLanguageFolders.value(language, defaultSampleLanguageId);
     pathUtils.findAndProcess(sourceRoot + QStringLiteral("/") + languageFolder, target.absolutePath(),
@@ -26,7 +26,7 @@ void Installer::installSampleImages(const QString &rootDir, int language) const
     QDirIterator neutral(sourceRoot, QStringList{pathUtils.filePattern(FileKind::JpgFile)}, QDir::Files);
     while (neutral.hasNext()) {
         neutral.next();
-        QFile::copy(neutral.filePath(), target.absoluteFilePath(neutral.fileName()));
+        copyFile(neutral.filePath(), target.absoluteFilePath(neutral.fileName()));
     }
     // The pictures of every language go, not only those that were used.
     fileUtils::removeDir(QDir(sourceRoot));

@@ -1,5 +1,6 @@
 #include "PathUtils.h"
 
+#include "FileCopy.h"
 #include "FileUtils.h"
 #include "RegistrySettings.h"
 #include "logging/Log.h"
@@ -47,7 +48,7 @@ void PathUtils::findAndProcess(const QString &sourceDir, const QString &targetDi
         }
         case ProcessAction::Copy: {
             const QString copyPath = target.absoluteFilePath(entries.fileName());
-            if (!QFile::copy(entryPath, copyPath))
+            if (!copyFile(entryPath, copyPath))
                 KELP_LOG_WARN("Failed to copy file {} to {}", entryPath.toStdString(), copyPath.toStdString());
             break;
         }
