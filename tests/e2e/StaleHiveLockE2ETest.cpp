@@ -1,5 +1,6 @@
 #include "DeployerRun.h"
 #include "HostMachine.h"
+#include "LockHolderProcess.h"
 #include "Machine.h"
 #include "RegistryHiveFormat.h"
 #include "SuiteRoot.h"
@@ -79,16 +80,19 @@ protected:
 
 } // namespace
 
+// The report only reads, and reading takes no lock: it leaves the leftovers
+// as they are, for the next run that writes to remove.
 TEST_F(StaleHiveLockE2ETest, AnEmptyLockBesideEachHiveDoesNotHoldUpTheReport)
 {
     leaveLocksBesideTheHives("");
+    const QStringList before = filesBesideTheHives();
     const DeployerRun report = run({});
     EXPECT_FALSE(report.hung);
     EXPECT_EQ(report.exitCode, 0);
     const QJsonObject system = decodeAnswer(report.standardOutput).value("system").toObject();
     EXPECT_EQ(system.value("detectedHosts"), 1);
     EXPECT_EQ(system.value("hosts").toArray().first().toObject().value("pluginPath"), "/opt/pse/plugins");
-    EXPECT_EQ(filesBesideTheHives(), (QStringList{"HKEY_LOCAL_MACHINE.reg", "HKEY_CURRENT_USER.reg"}));
+    EXPECT_EQ(filesBesideTheHives(), before);
 }
 
 TEST_F(StaleHiveLockE2ETest, AnEmptyLockBesideEachHiveDoesNotHoldUpTheConfig)
@@ -109,6 +113,18 @@ TEST_F(StaleHiveLockE2ETest, ALockOfAProcessThatIsGoneDoesNotHoldUpTheConfig)
     EXPECT_EQ(config.exitCode, 0);
     expectTheConfigRecorded();
     EXPECT_EQ(filesBesideTheHives(), (QStringList{"HKEY_LOCAL_MACHINE.reg", "HKEY_CURRENT_USER.reg"}));
+}
+
+// An installation in another process holds the hives' locks while it writes;
+// the report only reads, and a hive is replaced whole, so it does not wait.
+TEST_F(StaleHiveLockE2ETest, TheReportDoesNotWaitForAWriterOfTheHives)
+{
+    LockHolderProcess writer({"registry", "HKEY_CURRENT_USER\\SOFTWARE\\Other"}, machine.environment());
+    ASSERT_TRUE(writer.holds());
+    const DeployerRun report = run({});
+    EXPECT_FALSE(report.hung);
+    EXPECT_EQ(report.exitCode, 0);
+    EXPECT_EQ(decodeAnswer(report.standardOutput).value("system").toObject().value("detectedHosts"), 1);
 }
 
 // The report and the probe only read the hives: where there are none, they

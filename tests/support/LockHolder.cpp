@@ -1,9 +1,11 @@
 // Holds a lock until it is killed, for the tests of what a killed holder leaves:
 //   lock_holder folder PATH     a FolderLock on PATH
 //   lock_holder registry KEY    a registry view of KEY, with the hives' locks
+//   lock_holder reader KEY      a registry view of KEY for reading, without locks
 //   lock_holder nested PATH     two FolderLocks on PATH, one inside the other
-// Prints "held" once it holds, then waits for its standard input to close
-// ("nested" ends at once instead, which shows that it did not wait for itself).
+// Prints "held" once it holds (a reader: once its view is open), then waits
+// for its standard input to close ("nested" ends at once instead, which shows
+// that it did not wait for itself).
 #include "FolderLock.h"
 #include "RegistrySettings.h"
 
@@ -40,6 +42,11 @@ int main(int argc, char *argv[])
     }
     if (mode == "registry") {
         const auto key = openRegistryKey(arguments.at(2));
+        announceAndWait();
+        return 0;
+    }
+    if (mode == "reader") {
+        const auto key = openRegistryKeyForReading(arguments.at(2));
         announceAndWait();
         return 0;
     }

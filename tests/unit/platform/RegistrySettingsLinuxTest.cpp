@@ -293,6 +293,8 @@ TEST_F(RegistrySettingsLinuxTest, ReadingHivesThatDoNotExistCreatesNothing)
     const QStringList before = entries();
     EXPECT_EQ(openRegistryKey(suiteKey)->value("currentLanguage").toInt(), 0);
     EXPECT_TRUE(openRegistryKey("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin")->childGroups().isEmpty());
+    EXPECT_EQ(openRegistryKeyForReading(suiteKey)->value("currentLanguage").toInt(), 0);
+    EXPECT_TRUE(openRegistryKeyForReading("HKEY_CURRENT_USER\\SOFTWARE\\Tavrin")->childGroups().isEmpty());
     EXPECT_EQ(entries(), before);
 }
 
@@ -332,6 +334,42 @@ TEST_F(RegistrySettingsLinuxTest, AViewHoldsBothHivesLocksUntilItsProcessIsKille
     key->setValue("after", "2");
     key->sync();
     EXPECT_EQ(key->status(), QSettings::NoError);
+    EXPECT_EQ(QDir(QFileInfo(userHive()).path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList{"HKEY_CURRENT_USER.reg"});
+}
+
+// A view for reading sees the hive as a writer's view does, and holds neither
+// hive's lock while it lives.
+TEST_F(RegistrySettingsLinuxTest, AViewForReadingTakesNoLock)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\SOFTWARE\\K]\n\"kept\"=\"1\"\n");
+    const auto key = openRegistryKeyForReading("HKEY_CURRENT_USER\\Software\\k");
+    EXPECT_EQ(key->value("kept").toString(), "1");
+    EXPECT_FALSE(isFlockedElsewhere(machine.path("home/.config")));
+    EXPECT_FALSE(isFlockedElsewhere(machine.path("etc/xdg")));
+}
+
+// It does not wait for another process's view that holds the locks.
+TEST_F(RegistrySettingsLinuxTest, AViewForReadingDoesNotWaitForAWriter)
+{
+    writeHive(userHive(), "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n");
+    LockHolderProcess writer({"registry", "HKEY_CURRENT_USER\\K"}, machine.environment());
+    ASSERT_TRUE(writer.holds());
+    LockHolderProcess reader({"reader", "HKEY_CURRENT_USER\\K"}, machine.environment());
+    EXPECT_TRUE(reader.holds());
+}
+
+// Without the locks a write could meet another writer; it fails instead and
+// leaves the hive and its folder as they were.
+TEST_F(RegistrySettingsLinuxTest, AWriteThroughAViewForReadingFails)
+{
+    const QByteArray content = "[HKEY_CURRENT_USER\\K]\n\"kept\"=\"1\"\n";
+    writeHive(userHive(), content);
+    const auto key = openRegistryKeyForReading("HKEY_CURRENT_USER\\K");
+    key->setValue("new", "2");
+    key->sync();
+    EXPECT_NE(key->status(), QSettings::NoError);
+    EXPECT_EQ(contentOf(userHive()), content);
     EXPECT_EQ(QDir(QFileInfo(userHive()).path()).entryList(QDir::Files | QDir::Hidden),
               QStringList{"HKEY_CURRENT_USER.reg"});
 }

@@ -36,7 +36,7 @@ QString storedName(const QSettings &key, const char *valueName)
 
 QVariant readValue(std::int32_t hive, const char *keyPath, const char *valueName)
 {
-    const auto key = openRegistryKey(registryPath(hive, keyPath));
+    const auto key = openRegistryKeyForReading(registryPath(hive, keyPath));
     const QString name = storedName(*key, valueName);
     return name.isEmpty() ? QVariant() : key->value(name);
 }

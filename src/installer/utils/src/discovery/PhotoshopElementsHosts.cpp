@@ -23,7 +23,7 @@ QString elementsAppName(const QString &version)
 
 void detectPhotoshopElementsHosts(QJsonArray &hosts)
 {
-    const auto elements = openRegistryKey(elementsKey);
+    const auto elements = openRegistryKeyForReading(elementsKey);
     for (const QString &version : elements->childGroups()) {
         const QString appName = elementsAppName(version);
         elements->beginGroup(version);

@@ -28,7 +28,8 @@ const QHash<QString, QString> photoshopVersionNames = {
 // Nothing is checked: without the value the folder is the tail alone.
 QString sharedPluginFolder()
 {
-    return openRegistryKey(windowsSettingsKey)->value(commonFilesDirName, QString()).toString() + sharedFolderTail;
+    return openRegistryKeyForReading(windowsSettingsKey)->value(commonFilesDirName, QString()).toString() +
+           sharedFolderTail;
 }
 
 } // namespace
@@ -36,7 +37,7 @@ QString sharedPluginFolder()
 void detectPhotoshopHosts(QJsonArray &hosts)
 {
     const QString sharedFolder = sharedPluginFolder();
-    const auto photoshop = openRegistryKey(photoshopKey);
+    const auto photoshop = openRegistryKeyForReading(photoshopKey);
     for (const QString &version : photoshop->childGroups()) {
         QString appName;
         QString pluginPath;

@@ -13,3 +13,9 @@
 // case as on Windows. "Clear this key" is remove(""), never clear(): on a view
 // clear() would empty the whole hive.
 std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath);
+
+// The same view for a caller that only reads. It takes no lock, so it never
+// waits for a writer and leaves nothing where no hive is: a hive is replaced
+// whole when written, so a reader sees one version or the next. Nothing may be
+// written through it; on Linux such a write fails and leaves the hive as it was.
+std::unique_ptr<QSettings> openRegistryKeyForReading(const QString &registryPath);

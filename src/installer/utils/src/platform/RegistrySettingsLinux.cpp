@@ -40,10 +40,24 @@ bool writeHive(QIODevice &device, const QSettings::SettingsMap &values)
     return device.write(content) == content.size();
 }
 
+bool refuseWrite(QIODevice & /*device*/, const QSettings::SettingsMap & /*values*/)
+{
+    return false;
+}
+
 QSettings::Format hiveFormat()
 {
     static const QSettings::Format format =
         QSettings::registerFormat(QStringLiteral("reg"), readHive, writeHive, Qt::CaseInsensitive);
+    return format;
+}
+
+// A view without the locks must not write: another process that holds them
+// would take its QSettings lock file for a leftover and remove it.
+QSettings::Format readOnlyHiveFormat()
+{
+    static const QSettings::Format format =
+        QSettings::registerFormat(QStringLiteral("reg"), readHive, refuseWrite, Qt::CaseInsensitive);
     return format;
 }
 
@@ -100,18 +114,37 @@ struct HiveLocks
     }
 };
 
+QStringList namesOf(const QString &registryPath)
+{
+    return registryPath.split(QRegularExpression(QStringLiteral("[\\\\/]")), Qt::SkipEmptyParts);
+}
+
+void enterKey(QSettings &settings, const QStringList &names)
+{
+    for (const QString &name : names)
+        settings.beginGroup(existingSpelling(settings, name));
+}
+
 } // namespace
 
 std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
 {
-    QStringList names = registryPath.split(QRegularExpression(QStringLiteral("[\\\\/]")), Qt::SkipEmptyParts);
+    QStringList names = namesOf(registryPath);
     const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
     auto locks = std::make_shared<HiveLocks>();
     locks->removeAbandonedWritersLocks();
     auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), hiveFormat());
     // QObject emits destroyed after ~QSettings has written what was pending.
     QObject::connect(settings.get(), &QObject::destroyed, [locks]() mutable { locks.reset(); });
-    for (const QString &name : names)
-        settings->beginGroup(existingSpelling(*settings, name));
+    enterKey(*settings, names);
+    return settings;
+}
+
+std::unique_ptr<QSettings> openRegistryKeyForReading(const QString &registryPath)
+{
+    QStringList names = namesOf(registryPath);
+    const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
+    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), readOnlyHiveFormat());
+    enterKey(*settings, names);
     return settings;
 }
