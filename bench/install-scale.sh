@@ -1,48 +1,53 @@
 #!/usr/bin/env bash
 # How the time of `SuiteDeployer --install` grows with the suite root, against
-# `cp -a` of the same tree measured in the same run.
+# the plainest way to the same end state, measured in the same run: a shell
+# script of cp, symbolic links, chmod and rm that plain_install.py writes from
+# the tool's own result (see there).
 #
-# For each size a fresh machine with a Photoshop, an Elements and a Lightroom
-# gets a suite root from make_suite_root, grown to that many files by
-# grow-suite-root.sh (plug-ins, module files, pictures, application data and a
-# few executables in a fixed mix). The suite root is copied with `cp -a` to a
-# fresh folder, then all twelve products are installed, in language 1, into
-# the hosts that the report (the tool without option) finds. Each size runs
-# RUNS times, each time on a fresh machine; the table shows the medians, the
-# highest peak resident memory of the tool, and how the time grows from one
-# size to the next against the number of files (linear growth gives the same
-# factor in both columns). For the last run of each size the tool's log splits
-# its time into the steps of the installation.
+# For each size two fresh machines with a Photoshop, an Elements and a
+# Lightroom get the same suite root from make_suite_root, grown to that many
+# files by grow-suite-root.sh (plug-ins, module files, pictures, application
+# data and a few executables in a fixed mix). On the first, all twelve
+# products are installed, in language 1, into the hosts that the report (the
+# tool without option) finds; the plain script, written from that result,
+# then brings the second machine to the same end state, and the two machines
+# are compared (the run stops if they differ). Each size runs RUNS times,
+# each time on fresh machines; the table shows the medians, the highest peak
+# resident memory of the tool, and how the time grows from one size to the
+# next against the number of files (linear growth gives the same factor in
+# both columns). For the last run of each size the tool's log splits its time
+# into the steps of the installation. The last lines are the figures for
+# bench/all.sh: figure|baseline|ratio|goal.
 #
-#   bench/install-scale.sh                      # 1,000, 4,000 and 16,000 files, 3 runs each
+#   bench/install-scale.sh                      # 1,000, 4,000, 16,000 and 64,000 files, 3 runs each
 #   SIZES="1000 8000" RUNS=5 bench/install-scale.sh
 #   BUILD_DIR=/tmp/other-build bench/install-scale.sh   # build and measure there
 #   KEEP_MACHINES=1 bench/install-scale.sh      # leave the machines for a look
-#   TMPDIR=/mnt/scratch bench/install-scale.sh  # machines on another file system
+#   TMPDIR=/dev/shm bench/install-scale.sh      # machines on tmpfs
 #
 # The wall times depend on the file system of the machines as much as on the
-# tool: every picture and configuration file that the tool copies is synced to
-# the disk, and an ext4 without a journal makes new inodes slowly for a minute
-# after many files were deleted (the tool deletes the suite root's pictures,
+# tool: the configuration files that the tool writes are synced to the disk,
+# and an ext4 without a journal makes new inodes slowly for a minute after
+# many files were deleted (the tool deletes the suite root's pictures,
 # application data and shared module). The header names the file system; the
 # CPU column and a run on tmpfs show the tool's own share.
 set -euo pipefail
 source "$(dirname "$0")/../scripts/bootstrap.sh"
 source "$SUITEDEPLOYER_ROOT/scripts/machine.sh"
 
-ensure_packages "${BUILD_PACKAGES[@]}" time jq
+ensure_packages "${BUILD_PACKAGES[@]}" time jq python3
 SUITEDEPLOYER_BUILD=${BUILD_DIR:-$SUITEDEPLOYER_BUILD}
 build_project >/dev/null
 
 export LC_NUMERIC=C
-read -r -a sizes <<<"${SIZES:-1000 4000 16000}"
+read -r -a sizes <<<"${SIZES:-1000 4000 16000 64000}"
 runs=${RUNS:-3}
 deployer="$SUITEDEPLOYER_BUILD/src/installer/utils/SuiteDeployer"
 catalogue="$SUITEDEPLOYER_ROOT/src/installer/utils/resources/PluginsConfiguration.json"
 products=$(jq -c '[.Defaults[].ProductName]' "$catalogue")
 logs_tail="home/.config/Tavrin/Orv Collection/logs"
 
-# Nothing is deleted before the end, the copies of cp -a neither: on an ext4
+# Nothing is deleted before the end, the plain script's machines neither: on an ext4
 # without a journal a new inode passes over those freed in the last minute, so
 # a large deletion slows down the file creation that follows it.
 machines=()
@@ -143,17 +148,24 @@ median() {
 
 # Other work on the machine shows in the wall times: the table names the load.
 read -r load _ _ _ _ </proc/loadavg
-declare -A files_of install_of cpu_of copy_of rss_of
-for size in "${sizes[@]}"; do
-  install_times=() cpu_times=() copy_times=() peak=0
-  for ((run = 1; run <= runs; run++)); do
-    machine=$(new_machine)
-    machines+=("$machine")
-    seed_hosts "$machine"
-    "$SUITEDEPLOYER_BUILD/tests/make_suite_root" "$machine/suite"
-    files=$("$SUITEDEPLOYER_ROOT/bench/grow-suite-root.sh" "$machine/suite" "$size")
+# fresh_machine SIZE NAME: sets the variable NAME to a new machine with the
+# hosts and a suite root of SIZE files, and files to the number of its files.
+fresh_machine() {
+  local made
+  made=$(new_machine)
+  machines+=("$made")
+  seed_hosts "$made"
+  "$SUITEDEPLOYER_BUILD/tests/make_suite_root" "$made/suite"
+  files=$("$SUITEDEPLOYER_ROOT/bench/grow-suite-root.sh" "$made/suite" "$1")
+  printf -v "$2" '%s' "$made"
+}
 
-    timed "$measures/copy" "$machine" cp -a "$machine/suite" "$measures/copy-$size-$run"
+declare -A files_of install_of cpu_of plain_of rss_of
+for size in "${sizes[@]}"; do
+  install_times=() cpu_times=() plain_times=() peak=0
+  for ((run = 1; run <= runs; run++)); do
+    fresh_machine "$size" machine
+    fresh_machine "$size" plain
 
     answer=$(cd "$machine" && run_on_machine "$machine" env LC_ALL=C.UTF-8 "$deployer" 2>/dev/null)
     hosts=$(printf '%s' "$answer" | base64 -d | jq -c .system.hosts)
@@ -170,17 +182,27 @@ for size in "${sizes[@]}"; do
     timed "$measures/install" "$machine" env LC_ALL=C.UTF-8 "$deployer" --install \
       "$(printf '%s' "$request" | base64 -w0)"
     made=$(($(machine_entries "$machine") - before))
+    rm -rf "$machine/$logs_tail.report"
 
-    read -r copy_wall _ <"$measures/copy"
+    staging=$(mktemp -d "$measures/staging.XXXXXX")
+    plan=$(python3 "$SUITEDEPLOYER_ROOT/bench/plain_install.py" script "$machine" "$plain" "$staging" "$staging/plain.sh")
+    timed "$measures/plain" "$plain" sh "$staging/plain.sh"
+    if ! python3 "$SUITEDEPLOYER_ROOT/bench/plain_install.py" compare "$machine" "$plain" >&2; then
+      echo "the plain script did not reach the tool's end state ($machine, $plain)" >&2
+      exit 1
+    fi
+
+    read -r plain_wall _ <"$measures/plain"
     read -r wall user sys rss start end <"$measures/install"
     install_times+=("$wall")
     cpu_times+=("$(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }')")
-    copy_times+=("$copy_wall")
+    plain_times+=("$plain_wall")
     if [ "$rss" -gt "$peak" ]; then peak=$rss; fi
-    printf '%6d files, run %d/%d: --install %.3f s (user %s s, sys %s s, %.1f MiB), cp -a %.3f s, %d files and links made\n' \
+    printf '%6d files, run %d/%d: --install %.3f s (user %s s, sys %s s, %.1f MiB), plain %.3f s, %d files and links made\n' \
       "$files" "$run" "$runs" "$wall" "$user" "$sys" "$(awk -v k="$rss" 'BEGIN { print k / 1024 }')" \
-      "$copy_wall" "$made"
+      "$plain_wall" "$made"
     if [ "$run" -eq "$runs" ]; then
+      echo "       plain script: $plan"
       echo "       steps of this run, from the tool's log:"
       logs=("$machine/$logs_tail/"*.log)
       steps "${logs[-1]}" "$start" "$end"
@@ -189,25 +211,48 @@ for size in "${sizes[@]}"; do
   files_of[$size]=$files
   install_of[$size]=$(median "${install_times[@]}")
   cpu_of[$size]=$(median "${cpu_times[@]}")
-  copy_of[$size]=$(median "${copy_times[@]}")
+  plain_of[$size]=$(median "${plain_times[@]}")
   rss_of[$size]=$peak
 done
 
+fs=$(file_system "$measures")
 echo
-echo "SuiteDeployer --install against cp -a: medians of $runs run(s) per size on fresh machines, $(nproc) cores,"
-echo "machines on $(file_system "$measures"), load average before: $load;"
+echo "SuiteDeployer --install against the plain script: medians of $runs run(s) per size on fresh machines,"
+echo "$(nproc) cores, machines on $fs, load average before: $load;"
 echo "CPU is the tool's user + system time, peak RSS the highest of the runs."
-printf '%8s %12s %8s %10s %8s %14s %12s %12s %12s\n' files "--install s" "CPU s" "cp -a s" ratio "peak RSS MiB" \
-  "time growth" "cp growth" "file growth"
+printf '%8s %12s %8s %10s %8s %14s %12s %12s %12s\n' files "--install s" "CPU s" "plain s" ratio "peak RSS MiB" \
+  "time growth" "plain growth" "file growth"
 previous=
+worst_growth=0
 for size in "${sizes[@]}"; do
-  awk -v f="${files_of[$size]}" -v i="${install_of[$size]}" -v u="${cpu_of[$size]}" -v c="${copy_of[$size]}" \
+  awk -v f="${files_of[$size]}" -v i="${install_of[$size]}" -v u="${cpu_of[$size]}" -v c="${plain_of[$size]}" \
     -v r="${rss_of[$size]}" -v pf="${previous:+${files_of[$previous]}}" \
-    -v pi="${previous:+${install_of[$previous]}}" -v pc="${previous:+${copy_of[$previous]}}" '
+    -v pi="${previous:+${install_of[$previous]}}" -v pc="${previous:+${plain_of[$previous]}}" '
     BEGIN {
       growth = pf == "" ? sprintf("%12s %12s %12s", "-", "-", "-") \
                         : sprintf("%11.2fx %11.2fx %11.2fx", i / pi, c / pc, f / pf)
-      printf "%8d %12.3f %8.2f %10.3f %7.1fx %14.1f %s\n", f, i, u, c, i / c, r / 1024, growth
+      printf "%8d %12.3f %8.2f %10.3f %7.2fx %14.1f %s\n", f, i, u, c, i / c, r / 1024, growth
     }'
+  if [ -n "$previous" ]; then
+    worst_growth=$(awk -v w="$worst_growth" -v f="${files_of[$size]}" -v i="${install_of[$size]}" \
+      -v pf="${files_of[$previous]}" -v pi="${install_of[$previous]}" \
+      'BEGIN { g = (i / pi) / (f / pf); print (g > w ? g : w) }')
+  fi
   previous=$size
 done
+
+# The figures: the ratio at 16,000 files (or the largest size below), and how
+# much faster than the files the time grew from one size to the next at worst.
+goal=1.5
+case $fs in *tmpfs*) goal=1.3 ;; esac
+figure_size=
+for size in "${sizes[@]}"; do [ "$size" -le 16000 ] && figure_size=$size; done
+figure_size=${figure_size:-${sizes[0]}}
+kind=${fs##*(}
+kind=${kind%%[,)]*}
+awk -v n="$figure_size" -v i="${install_of[$figure_size]}" -v c="${plain_of[$figure_size]}" -v g="$goal" -v k="$kind" \
+  'BEGIN { printf "--install, %d files, %s|plain cp/ln/chmod/rm script|%.2f|<= %s\n", n, k, i / c, g }'
+if [ "${#sizes[@]}" -gt 1 ]; then
+  awk -v w="$worst_growth" -v a="${sizes[0]}" -v b="${sizes[-1]}" -v k="$kind" \
+    'BEGIN { printf "--install time growth per file growth, %d to %d files, %s|linear growth|%.2f|<= 1.1\n", a, b, k, w }'
+fi
