@@ -231,3 +231,12 @@ TEST(RegistryHiveFormatTest, AnEmptyMapIsTheHeaderAlone)
 {
     EXPECT_EQ(registryHive::write({}, hklm), "Windows Registry Editor Version 5.00\n\n");
 }
+
+TEST(RegistryHiveFormatTest, AKeyPathSplitsAtBothSeparatorsAndDropsEmptyNames)
+{
+    EXPECT_EQ(registryHive::splitKeyPath("HKEY_LOCAL_MACHINE\\SOFTWARE/Tavrin\\\\Orv Collection\\"),
+              (QStringList{"HKEY_LOCAL_MACHINE", "SOFTWARE", "Tavrin", "Orv Collection"}));
+    EXPECT_EQ(registryHive::splitKeyPath("/\\A"), QStringList{"A"});
+    EXPECT_TRUE(registryHive::splitKeyPath("").isEmpty());
+    EXPECT_TRUE(registryHive::splitKeyPath("\\//").isEmpty());
+}

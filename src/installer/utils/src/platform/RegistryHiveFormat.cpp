@@ -15,9 +15,6 @@ namespace {
 
 const QString header = QStringLiteral("Windows Registry Editor Version 5.00");
 const QString defaultValueName = QStringLiteral(".");
-// QSettings takes both as separators of a key path, so a name holding one is
-// read as nested names, the same way the writer will write it back.
-const QRegularExpression nameSeparators(QStringLiteral("[\\\\/]"));
 const QRegularExpression rawValuePrefix(QStringLiteral("^[A-Za-z]+(\\([0-9A-Fa-f]+\\))?:"));
 // Lets QVariant compare kept values by their text, as it does strings.
 const bool rawValuesComparable = QMetaType::registerEqualsComparator<RawValue>();
@@ -109,7 +106,7 @@ private:
         inSection_ = false;
         if (!line.endsWith(QLatin1Char(']')))
             return;
-        QStringList names = line.mid(1, line.size() - 2).split(nameSeparators, Qt::SkipEmptyParts);
+        QStringList names = splitKeyPath(line.mid(1, line.size() - 2));
         if (names.isEmpty() || names.takeFirst().compare(hiveName_, Qt::CaseInsensitive) != 0)
             return;
         sectionNames_ = names;
@@ -142,7 +139,8 @@ private:
         const std::optional<QVariant> value = readData(line.mid(position + 1).trimmed());
         if (!inSection_ || !value)
             return;
-        QStringList names = name->split(nameSeparators, Qt::SkipEmptyParts);
+        // A name holding a separator is read as nested names, as the writer writes it back.
+        QStringList names = splitKeyPath(*name);
         // A line break could not be written back where the name becomes a key's.
         if (names.isEmpty() || name->contains(QLatin1Char('\n')) || name->contains(QLatin1Char('\r')))
             return;
@@ -244,6 +242,20 @@ bool keyPathLess(const QStringList &a, const QStringList &b)
 QSettings::SettingsMap parse(const QByteArray &fileContent, const QString &hiveName)
 {
     return HiveReader(splitLines(decode(fileContent)), hiveName).read();
+}
+
+QStringList splitKeyPath(const QString &path)
+{
+    QStringList names;
+    int start = 0;
+    for (int end = 0; end <= path.size(); ++end) {
+        if (end < path.size() && path.at(end) != QLatin1Char('\\') && path.at(end) != QLatin1Char('/'))
+            continue;
+        if (end > start)
+            names.append(path.mid(start, end - start));
+        start = end + 1;
+    }
+    return names;
 }
 
 QByteArray write(const QSettings::SettingsMap &values, const QString &hiveName)

@@ -4,6 +4,7 @@
 #include <QMetaType>
 #include <QSettings>
 #include <QString>
+#include <QStringList>
 
 // The text form of one registry hive, as the Windows registry editor exports
 // it, and its mapping onto QSettings keys below the hive: the section
@@ -30,6 +31,10 @@ QSettings::SettingsMap parse(const QByteArray &fileContent, const QString &hiveN
 // values by name, ignoring case, the default value first; no section for a key
 // without values.
 QByteArray write(const QSettings::SettingsMap &values, const QString &hiveName);
+
+// The names of a key path: QSettings takes both \\ and / as separators, and
+// empty names count as nothing ("\\A//B\\" is A, B).
+QStringList splitKeyPath(const QString &path);
 
 } // namespace registryHive
 

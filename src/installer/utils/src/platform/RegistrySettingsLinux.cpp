@@ -7,7 +7,6 @@
 
 #include <QFileDevice>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStringList>
 
 namespace {
@@ -114,11 +113,6 @@ struct HiveLocks
     }
 };
 
-QStringList namesOf(const QString &registryPath)
-{
-    return registryPath.split(QRegularExpression(QStringLiteral("[\\\\/]")), Qt::SkipEmptyParts);
-}
-
 void enterKey(QSettings &settings, const QStringList &names)
 {
     for (const QString &name : names)
@@ -129,7 +123,7 @@ void enterKey(QSettings &settings, const QStringList &names)
 
 std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
 {
-    QStringList names = namesOf(registryPath);
+    QStringList names = registryHive::splitKeyPath(registryPath);
     const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
     auto locks = std::make_shared<HiveLocks>();
     locks->removeAbandonedWritersLocks();
@@ -142,7 +136,7 @@ std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
 
 std::unique_ptr<QSettings> openRegistryKeyForReading(const QString &registryPath)
 {
-    QStringList names = namesOf(registryPath);
+    QStringList names = registryHive::splitKeyPath(registryPath);
     const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
     auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), readOnlyHiveFormat());
     enterKey(*settings, names);
