@@ -24,6 +24,7 @@
 #   BUILD_DIR=/tmp/other-build bench/install-scale.sh   # build and measure there
 #   KEEP_MACHINES=1 bench/install-scale.sh      # leave the machines for a look
 #   TMPDIR=/dev/shm bench/install-scale.sh      # machines on tmpfs
+#   SUITEDEPLOYER_PROGRAM=/old/build/SuiteDeployer bench/install-scale.sh   # measure another build of the tool
 #
 # The wall times depend on the file system of the machines as much as on the
 # tool: the configuration files that the tool writes are synced to the disk,
@@ -42,7 +43,7 @@ build_project >/dev/null
 export LC_NUMERIC=C
 read -r -a sizes <<<"${SIZES:-1000 4000 16000 64000}"
 runs=${RUNS:-3}
-deployer="$SUITEDEPLOYER_BUILD/src/installer/utils/SuiteDeployer"
+deployer=${SUITEDEPLOYER_PROGRAM:-$SUITEDEPLOYER_BUILD/src/installer/utils/SuiteDeployer}
 catalogue="$SUITEDEPLOYER_ROOT/src/installer/utils/resources/PluginsConfiguration.json"
 products=$(jq -c '[.Defaults[].ProductName]' "$catalogue")
 logs_tail="home/.config/Tavrin/Orv Collection/logs"

@@ -7,6 +7,7 @@
 # an Elements and a Lightroom for the report to find, and LANGUAGE=de_DE.
 # Prints the medians and, last, one line per figure for bench/all.sh:
 #   figure|baseline|ratio|goal
+# SUITEDEPLOYER_PROGRAM measures another build of the tool against the same floor.
 set -euo pipefail
 source "$(dirname "$0")/../scripts/bootstrap.sh"
 source "$SUITEDEPLOYER_ROOT/scripts/machine.sh"
@@ -19,7 +20,7 @@ trap 'rm -rf "$machine"' EXIT
 seed_hosts "$machine"
 printf '#!/bin/sh\nprintf "Caption  \\r\\r\\n"\n' >"$machine/bin/wmic.exe"
 chmod +x "$machine/bin/wmic.exe"
-deployer="$SUITEDEPLOYER_BUILD/src/installer/utils/SuiteDeployer"
+deployer=${SUITEDEPLOYER_PROGRAM:-$SUITEDEPLOYER_BUILD/src/installer/utils/SuiteDeployer}
 floor="$SUITEDEPLOYER_BUILD/bench/floor_program"
 
 run_on_machine "$machine" env LANGUAGE=de_DE hyperfine -N --warmup "${WARMUP:-20}" --runs "${RUNS:-200}" \
