@@ -161,9 +161,9 @@ fresh_machine() {
   printf -v "$2" '%s' "$made"
 }
 
-declare -A files_of install_of cpu_of plain_of rss_of
+declare -A files_of install_of cpu_of plain_of paired_of rss_of
 for size in "${sizes[@]}"; do
-  install_times=() cpu_times=() plain_times=() peak=0
+  install_times=() cpu_times=() plain_times=() paired=() peak=0
   for ((run = 1; run <= runs; run++)); do
     fresh_machine "$size" machine
     fresh_machine "$size" plain
@@ -198,6 +198,7 @@ for size in "${sizes[@]}"; do
     install_times+=("$wall")
     cpu_times+=("$(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }')")
     plain_times+=("$plain_wall")
+    paired+=("$(awk -v i="$wall" -v c="$plain_wall" 'BEGIN { print i / c }')")
     if [ "$rss" -gt "$peak" ]; then peak=$rss; fi
     printf '%6d files, run %d/%d: --install %.3f s (user %s s, sys %s s, %.1f MiB), plain %.3f s, %d files and links made\n' \
       "$files" "$run" "$runs" "$wall" "$user" "$sys" "$(awk -v k="$rss" 'BEGIN { print k / 1024 }')" \
@@ -213,6 +214,7 @@ for size in "${sizes[@]}"; do
   install_of[$size]=$(median "${install_times[@]}")
   cpu_of[$size]=$(median "${cpu_times[@]}")
   plain_of[$size]=$(median "${plain_times[@]}")
+  paired_of[$size]=$(median "${paired[@]}")
   rss_of[$size]=$peak
 done
 
@@ -220,24 +222,32 @@ fs=$(file_system "$measures")
 echo
 echo "SuiteDeployer --install against the plain script: medians of $runs run(s) per size on fresh machines,"
 echo "$(nproc) cores, machines on $fs, load average before: $load;"
-echo "CPU is the tool's user + system time, peak RSS the highest of the runs."
+echo "CPU is the tool's user + system time, ratio the median of each run's tool time over the plain script's,"
+echo "peak RSS the highest of the runs."
 printf '%8s %12s %8s %10s %8s %14s %12s %12s %12s\n' files "--install s" "CPU s" "plain s" ratio "peak RSS MiB" \
   "time growth" "plain growth" "file growth"
 previous=
 for size in "${sizes[@]}"; do
   awk -v f="${files_of[$size]}" -v i="${install_of[$size]}" -v u="${cpu_of[$size]}" -v c="${plain_of[$size]}" \
-    -v r="${rss_of[$size]}" -v pf="${previous:+${files_of[$previous]}}" \
+    -v r="${rss_of[$size]}" -v p="${paired_of[$size]}" -v pf="${previous:+${files_of[$previous]}}" \
     -v pi="${previous:+${install_of[$previous]}}" -v pc="${previous:+${plain_of[$previous]}}" '
     BEGIN {
       growth = pf == "" ? sprintf("%12s %12s %12s", "-", "-", "-") \
                         : sprintf("%11.2fx %11.2fx %11.2fx", i / pi, c / pc, f / pf)
-      printf "%8d %12.3f %8.2f %10.3f %7.2fx %14.1f %s\n", f, i, u, c, i / c, r / 1024, growth
+      printf "%8d %12.3f %8.2f %10.3f %7.2fx %14.1f %s\n", f, i, u, c, p, r / 1024, growth
     }'
   previous=$size
 done
 
-# The figures: the ratio at 16,000 files (or the largest size below), and
-# whether the time grows linearly with the files.
+# The figures. On a disk one run can take half as long again as the next,
+# for the tool and the plain script alike, so each run's tool time is set
+# against the plain script's of the same run, right after it, and the ratio
+# at 16,000 files (or the largest size below) is the median of those paired
+# ratios. Growth: the time each added file costs from the size before last
+# to the last, against what it costs from the first size to the one before
+# last; fixed costs such as the plain script's processes drop out. A file
+# system's own costs grow with its folders, as the plain script shows, so the
+# figure is the tool's growth against the plain script's.
 goal=1.5
 case $fs in *tmpfs*) goal=1.3 ;; esac
 figure_size=
@@ -245,12 +255,9 @@ for size in "${sizes[@]}"; do [ "$size" -le 16000 ] && figure_size=$size; done
 figure_size=${figure_size:-${sizes[0]}}
 kind=${fs##*(}
 kind=${kind%%[,)]*}
-awk -v n="$figure_size" -v i="${install_of[$figure_size]}" -v c="${plain_of[$figure_size]}" -v g="$goal" -v k="$kind" \
-  'BEGIN { printf "--install, %d files, %s|plain cp/ln/chmod/rm script|%.2f|<= %s\n", n, k, i / c, g }'
-# Linear growth: the time each added file costs between the last two sizes,
-# against what it costs from the first size to the one before last. A file
-# system's own costs grow with its folders (the plain script shows them), so
-# the figure is the tool's growth against the plain script's.
+echo "paired ratios, medians: $(for size in "${sizes[@]}"; do printf '%s files %.2f, ' "${files_of[$size]}" "${paired_of[$size]}"; done | sed 's/, $//')"
+awk -v n="$figure_size" -v r="${paired_of[$figure_size]}" -v g="$goal" -v k="$kind" \
+  'BEGIN { printf "--install, %d files, %s|plain cp/ln/chmod/rm script|%.2f|<= %s\n", n, k, r, g }'
 if [ "${#sizes[@]}" -gt 2 ]; then
   first=${sizes[0]} middle=${sizes[-2]} last=${sizes[-1]}
   awk -v f0="${files_of[$first]}" -v f1="${files_of[$middle]}" -v f2="${files_of[$last]}" \
@@ -261,7 +268,7 @@ if [ "${#sizes[@]}" -gt 2 ]; then
       plain = ((c2 - c1) / (f2 - f1)) / ((c1 - c0) / (f1 - f0))
       printf "time per added file from %d to %d files against from %d to %d: tool %.2f, plain script %.2f\n",
         f1, f2, f0, f1, tool, plain
-      printf "--install time per added file, %d to %d against %d to %d files, %s|the plain script%ss|%.2f|<= 1.1\n",
+      printf "--install time per added file, %d-%d against %d-%d files, %s|the plain script%ss|%.2f|<= 1.1\n",
         f1, f2, f0, f1, k, "\047", tool / plain
     }'
 fi
