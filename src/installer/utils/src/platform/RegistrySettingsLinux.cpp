@@ -113,32 +113,30 @@ struct HiveLocks
     }
 };
 
-void enterKey(QSettings &settings, const QStringList &names)
+// The view of a registry path's key in its hive's file, read with the format given.
+std::unique_ptr<QSettings> openView(const QString &registryPath, QSettings::Format format)
 {
+    QStringList names = registryHive::splitKeyPath(registryPath);
+    const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
+    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), format);
     for (const QString &name : names)
-        settings.beginGroup(existingSpelling(settings, name));
+        settings->beginGroup(existingSpelling(*settings, name));
+    return settings;
 }
 
 } // namespace
 
 std::unique_ptr<QSettings> openRegistryKey(const QString &registryPath)
 {
-    QStringList names = registryHive::splitKeyPath(registryPath);
-    const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
     auto locks = std::make_shared<HiveLocks>();
     locks->removeAbandonedWritersLocks();
-    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), hiveFormat());
+    auto settings = openView(registryPath, hiveFormat());
     // QObject emits destroyed after ~QSettings has written what was pending.
     QObject::connect(settings.get(), &QObject::destroyed, [locks]() mutable { locks.reset(); });
-    enterKey(*settings, names);
     return settings;
 }
 
 std::unique_ptr<QSettings> openRegistryKeyForReading(const QString &registryPath)
 {
-    QStringList names = registryHive::splitKeyPath(registryPath);
-    const QString hiveName = names.isEmpty() ? QString() : names.takeFirst();
-    auto settings = std::make_unique<QSettings>(hiveFilePath(hiveName), readOnlyHiveFormat());
-    enterKey(*settings, names);
-    return settings;
+    return openView(registryPath, readOnlyHiveFormat());
 }
