@@ -4,14 +4,17 @@
 # script of cp, symbolic links, chmod and rm that plain_install.py writes from
 # the tool's own result (see there).
 #
-# For each size two fresh machines with a Photoshop, an Elements and a
+# For each size three fresh machines with a Photoshop, an Elements and a
 # Lightroom get the same suite root from make_suite_root, grown to that many
 # files by grow-suite-root.sh (plug-ins, module files, pictures, application
 # data and a few executables in a fixed mix). On the first, all twelve
 # products are installed, in language 1, into the hosts that the report (the
 # tool without option) finds; the plain script, written from that result,
-# then brings the second machine to the same end state, and the two machines
-# are compared (the run stops if they differ). Each size runs RUNS times,
+# then brings the second machine to the same end state, in the order in which
+# the tool must copy and remove, and the machines are compared (the run stops
+# if they differ). The third machine gets the plain script that removes only
+# after all copies: against it the order's own cost shows, which no
+# implementation of the tool can avoid. Each size runs RUNS times,
 # each time on fresh machines; the table shows the medians, the highest peak
 # resident memory of the tool, and how the time grows from one size to the
 # next against the number of files (linear growth gives the same factor in
@@ -24,6 +27,8 @@
 #   BUILD_DIR=/tmp/other-build bench/install-scale.sh   # build and measure there
 #   KEEP_MACHINES=1 bench/install-scale.sh      # leave the machines for a look
 #   TMPDIR=/dev/shm bench/install-scale.sh      # machines on tmpfs
+#   FRESH_FS=1 bench/install-scale.sh           # a new file system for each run (root)
+#   FRESH_FS=journal bench/install-scale.sh     # the same, always with a journal
 #   SUITEDEPLOYER_PROGRAM=/old/build/SuiteDeployer bench/install-scale.sh   # measure another build of the tool
 #
 # The wall times depend on the file system of the machines as much as on the
@@ -52,17 +57,57 @@ logs_tail="home/.config/Tavrin/Orv Collection/logs"
 # without a journal a new inode passes over those freed in the last minute, so
 # a large deletion slows down the file creation that follows it.
 machines=()
+file_systems=()
 measures=$(mktemp -d "${TMPDIR:-/tmp}/install-scale.XXXXXX")
 cleanup() {
-  local machine
+  local machine file_system
   rm -rf "$measures"
   if [ -n "${KEEP_MACHINES:-}" ]; then
     [ ${#machines[@]} -eq 0 ] || printf 'machine left in place: %s\n' "${machines[@]}" >&2
     return
   fi
+  for file_system in "${file_systems[@]}"; do drop_file_system "$file_system"; done
   for machine in "${machines[@]}"; do rm -rf "$machine"; done
 }
 trap cleanup EXIT
+
+# With FRESH_FS=1 the two machines of each run lie on an ext4 of their own,
+# made for the run in a sparse file beside the measures and mounted through a
+# loop device (this needs root). Without, a new inode's cost on an ext4
+# without a journal depends on what was deleted near it in the last minutes,
+# by anything on the machine: the figures then tell the file system's history
+# as much as the tool. The new file system has a journal when the one that
+# holds it has one (FRESH_FS=journal: always), and its inode tables are left
+# unwritten (a sparse file reads as zeros), so that no zeroing runs behind the
+# measures.
+if [ -n "${FRESH_FS:-}" ]; then
+  [ "$(id -u)" -eq 0 ] || { echo "FRESH_FS=1 mounts file systems: run as root" >&2; exit 1; }
+  ensure_packages e2fsprogs mount
+fi
+
+# new_file_system: mounts a fresh file system for one run; machines_folder
+# names its folder then.
+machines_folder=${TMPDIR:-/tmp}
+new_file_system() {
+  local folder journal=
+  folder=$(mktemp -d "${TMPDIR:-/tmp}/install-scale-fs.XXXXXX")
+  file_systems+=("$folder")
+  case $FRESH_FS:$(file_system "$folder") in journal:*) ;; *", no journal)") journal="-O ^has_journal" ;; esac
+  truncate -s 32G "$folder/image"
+  # shellcheck disable=SC2086 # no option or one
+  mkfs.ext4 -q -F $journal -E lazy_itable_init=1,lazy_journal_init=1 "$folder/image"
+  mkdir "$folder/mount"
+  mount -o loop,noinit_itable "$folder/image" "$folder/mount"
+  machines_folder=$folder/mount
+  fs="$(file_system "$machines_folder"), made for each run in a file on $(file_system "$folder")"
+  kind="fresh $(file_system_kind "$machines_folder")"
+}
+
+drop_file_system() {
+  local folder=$1
+  if mountpoint -q "$folder/mount"; then umount "$folder/mount"; fi
+  rm -rf "$folder"
+}
 
 # timed OUT MACHINE COMMAND...: runs the command on the machine, from its
 # folder, under GNU time, after the disk has caught up with earlier writes.
@@ -143,6 +188,14 @@ file_system() {
   echo "$source ($type$journal)"
 }
 
+# The type with the journal, without the device: "ext4, no journal", "tmpfs".
+file_system_kind() {
+  local described
+  described=$(file_system "$1")
+  described=${described##*(}
+  echo "${described%)}"
+}
+
 median() {
   printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print NR % 2 ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
 }
@@ -153,7 +206,7 @@ read -r load _ _ _ _ </proc/loadavg
 # hosts and a suite root of SIZE files, and files to the number of its files.
 fresh_machine() {
   local made
-  made=$(new_machine)
+  made=$(TMPDIR=$machines_folder new_machine)
   machines+=("$made")
   seed_hosts "$made"
   "$SUITEDEPLOYER_BUILD/tests/make_suite_root" "$made/suite"
@@ -161,12 +214,30 @@ fresh_machine() {
   printf -v "$2" '%s' "$made"
 }
 
-declare -A files_of install_of cpu_of plain_of paired_of rss_of
+# plain_run FRESH NAME [--removals-last]: writes the plain script from the
+# tool's machine for FRESH, runs it timed into $measures/NAME, checks that it
+# reached the tool's end state and prints what the script does.
+plain_run() {
+  local fresh=$1 name=$2 staging plan
+  shift 2
+  staging=$(mktemp -d "$measures/staging.XXXXXX")
+  plan=$(python3 "$SUITEDEPLOYER_ROOT/bench/plain_install.py" script "$machine" "$fresh" "$staging" "$staging/plain.sh" "$@")
+  timed "$measures/$name" "$fresh" sh "$staging/plain.sh"
+  if ! python3 "$SUITEDEPLOYER_ROOT/bench/plain_install.py" compare "$machine" "$fresh" >&2; then
+    echo "the plain script did not reach the tool's end state ($machine, $fresh)" >&2
+    exit 1
+  fi
+  echo "$plan"
+}
+
+declare -A files_of install_of cpu_of plain_of paired_of order_cost_of rss_of
 for size in "${sizes[@]}"; do
-  install_times=() cpu_times=() plain_times=() paired=() peak=0
+  install_times=() cpu_times=() plain_times=() paired=() order_costs=() peak=0
   for ((run = 1; run <= runs; run++)); do
+    [ -z "${FRESH_FS:-}" ] || new_file_system
     fresh_machine "$size" machine
     fresh_machine "$size" plain
+    fresh_machine "$size" last
 
     answer=$(cd "$machine" && run_on_machine "$machine" env LC_ALL=C.UTF-8 "$deployer" 2>/dev/null)
     hosts=$(printf '%s' "$answer" | base64 -d | jq -c .system.hosts)
@@ -185,29 +256,30 @@ for size in "${sizes[@]}"; do
     made=$(($(machine_entries "$machine") - before))
     rm -rf "$machine/$logs_tail.report"
 
-    staging=$(mktemp -d "$measures/staging.XXXXXX")
-    plan=$(python3 "$SUITEDEPLOYER_ROOT/bench/plain_install.py" script "$machine" "$plain" "$staging" "$staging/plain.sh")
-    timed "$measures/plain" "$plain" sh "$staging/plain.sh"
-    if ! python3 "$SUITEDEPLOYER_ROOT/bench/plain_install.py" compare "$machine" "$plain" >&2; then
-      echo "the plain script did not reach the tool's end state ($machine, $plain)" >&2
-      exit 1
-    fi
+    plan=$(plain_run "$plain" plain)
+    plain_run "$last" last --removals-last >/dev/null
 
     read -r plain_wall _ <"$measures/plain"
+    read -r last_wall _ <"$measures/last"
     read -r wall user sys rss start end <"$measures/install"
     install_times+=("$wall")
     cpu_times+=("$(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }')")
     plain_times+=("$plain_wall")
     paired+=("$(awk -v i="$wall" -v c="$plain_wall" 'BEGIN { print i / c }')")
+    order_costs+=("$(awk -v c="$plain_wall" -v l="$last_wall" 'BEGIN { print c / l }')")
     if [ "$rss" -gt "$peak" ]; then peak=$rss; fi
-    printf '%6d files, run %d/%d: --install %.3f s (user %s s, sys %s s, %.1f MiB), plain %.3f s, %d files and links made\n' \
+    printf '%6d files, run %d/%d: --install %.3f s (user %s s, sys %s s, %.1f MiB), plain %.3f s (removals last %.3f s), %d files and links made\n' \
       "$files" "$run" "$runs" "$wall" "$user" "$sys" "$(awk -v k="$rss" 'BEGIN { print k / 1024 }')" \
-      "$plain_wall" "$made"
+      "$plain_wall" "$last_wall" "$made"
     if [ "$run" -eq "$runs" ]; then
       echo "       plain script: $plan"
       echo "       steps of this run, from the tool's log:"
       logs=("$machine/$logs_tail/"*.log)
       steps "${logs[-1]}" "$start" "$end"
+    fi
+    if [ -n "${FRESH_FS:-}" ] && [ -z "${KEEP_MACHINES:-}" ]; then
+      drop_file_system "${file_systems[-1]}"
+      unset 'file_systems[-1]'
     fi
   done
   files_of[$size]=$files
@@ -215,10 +287,14 @@ for size in "${sizes[@]}"; do
   cpu_of[$size]=$(median "${cpu_times[@]}")
   plain_of[$size]=$(median "${plain_times[@]}")
   paired_of[$size]=$(median "${paired[@]}")
+  order_cost_of[$size]=$(median "${order_costs[@]}")
   rss_of[$size]=$peak
 done
 
-fs=$(file_system "$measures")
+if [ -z "${FRESH_FS:-}" ]; then
+  fs=$(file_system "$machines_folder")
+  kind=$(file_system_kind "$machines_folder")
+fi
 echo
 echo "SuiteDeployer --install against the plain script: medians of $runs run(s) per size on fresh machines,"
 echo "$(nproc) cores, machines on $fs, load average before: $load;"
@@ -249,15 +325,16 @@ done
 # system's own costs grow with its folders, as the plain script shows, so the
 # figure is the tool's growth against the plain script's.
 goal=1.5
-case $fs in *tmpfs*) goal=1.3 ;; esac
+case $kind in tmpfs) goal=1.3 ;; esac
 figure_size=
 for size in "${sizes[@]}"; do [ "$size" -le 16000 ] && figure_size=$size; done
 figure_size=${figure_size:-${sizes[0]}}
-kind=${fs##*(}
-kind=${kind%%[,)]*}
 echo "paired ratios, medians: $(for size in "${sizes[@]}"; do printf '%s files %.2f, ' "${files_of[$size]}" "${paired_of[$size]}"; done | sed 's/, $//')"
 awk -v n="$figure_size" -v r="${paired_of[$figure_size]}" -v g="$goal" -v k="$kind" \
   'BEGIN { printf "--install, %d files, %s|plain cp/ln/chmod/rm script|%.2f|<= %s\n", n, k, r, g }'
+echo "the plain script in the tool's order against one that removes last, paired medians: $(for size in "${sizes[@]}"; do printf '%s files %.2f, ' "${files_of[$size]}" "${order_cost_of[$size]}"; done | sed 's/, $//')"
+awk -v n="${sizes[-1]}" -v r="${order_cost_of[${sizes[-1]}]}" -v k="$kind" \
+  'BEGIN { printf "plain script in the tool'"'"'s order, %d files, %s|the same removing last|%.2f|none (the order is designed)\n", n, k, r }'
 if [ "${#sizes[@]}" -gt 2 ]; then
   first=${sizes[0]} middle=${sizes[-2]} last=${sizes[-1]}
   awk -v f0="${files_of[$first]}" -v f1="${files_of[$middle]}" -v f2="${files_of[$last]}" \

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The plainest way to the end state of one installation, for its benchmark.
 
-    plain_install.py script DONE FRESH STAGING SCRIPT
+    plain_install.py script DONE FRESH STAGING SCRIPT [--removals-last]
         Compares DONE, a machine on which the tool installed, with FRESH, a
         machine made the same way on which nothing ran yet, and writes SCRIPT:
         a shell script that, run from FRESH, brings FRESH to the end state of
@@ -16,11 +16,20 @@
 Both leave out the tool's log folder. Machine paths inside files and link
 targets are compared with each machine's own folder in their place.
 
-The script makes all new folders with one mkdir, copies with one cp per
+The script makes new folders with one mkdir, copies with one cp per
 destination folder, makes all links with one cp -P of a tree of ready links
 in STAGING (a symlink call per link, as ln -s makes, without a process per
 link), sets the modes that the tool sets with one chmod per mode and removes
-with one rm -rf, in that order, as the tool copies before it deletes.
+with one rm -rf. It keeps the order in which the tool must copy and remove:
+first the hosts' files, links and configuration files, with the removal of
+the shared Lightroom module's source; then the pictures, copied and removed;
+last the application data, copied and removed. With --removals-last it
+removes only after all copies, which the tool's order doesn't allow.
+
+The order costs time on an ext4 without a journal: a new inode passes over
+every inode of its group that was freed in the last minute (six while the
+freed inode's table block waits for the disk), so copies that follow a large
+removal near them are slower than the same copies before it.
 """
 import hashlib
 import os
@@ -90,7 +99,48 @@ def stage_link(staging, relative, target, fresh_root):
     os.symlink(target.replace("<machine>", fresh_root), staged)
 
 
-def write_script(done_root, fresh_root, staging, script_path):
+# The tool's order: the hosts, whose Lightroom step removes the shared module
+# source; then the pictures, copied and removed; then the application data,
+# copied and removed.
+FIRST_STEP, PICTURES_STEP, APP_DATA_STEP = STEPS = ("hosts", "pictures", "application data")
+STEP_SOURCES = {PICTURES_STEP: os.path.join("suite", "pictures"), APP_DATA_STEP: os.path.join("suite", "appData")}
+
+
+def step_of(path):
+    """The step that copies from or removes the path below a fresh machine."""
+    for step, source in STEP_SOURCES.items():
+        if path == source or path.startswith(source + os.sep):
+            return step
+    return FIRST_STEP
+
+
+def is_app_data_copy(folder, fresh):
+    """Whether the new folder is the copy of a folder of the application data."""
+    target = os.path.join("ProgramData", "Tavrin")
+    if not folder.startswith(target + os.sep):
+        return False
+    source = os.path.join(STEP_SOURCES[APP_DATA_STEP], os.path.relpath(folder, target))
+    return fresh.get(source, ("",))[0] == "folder"
+
+
+def folder_lines(folders):
+    return ["mkdir -p -- " + " ".join(shlex.quote(folder) for folder in folders)] if folders else []
+
+
+def copy_lines(copies, wanted):
+    lines = []
+    for destination, files in sorted(copies.items()):
+        chosen = [source for source in files if wanted(source)]
+        if chosen:
+            lines.append(f"cp -t {shlex.quote(destination)} -- " + " ".join(shlex.quote(f) for f in chosen))
+    return lines
+
+
+def removal_lines(paths):
+    return ["rm -rf -- " + " ".join(shlex.quote(path) for path in paths)] if paths else []
+
+
+def write_script(done_root, fresh_root, staging, script_path, removals_last=False):
     done, fresh = walk(done_root), walk(fresh_root)
     sources = {}
     for path, (kind, mode, digest) in fresh.items():
@@ -122,17 +172,17 @@ def write_script(done_root, fresh_root, staging, script_path):
         if gets != mode:
             modes.setdefault(mode, []).append(path)
     removed = topmost(path for path in fresh if path not in done)
+    folder_step = {folder: APP_DATA_STEP if is_app_data_copy(folder, fresh) else FIRST_STEP for folder in folders}
     lines = ["#!/bin/sh", "set -e", f"cd {shlex.quote(fresh_root)}"]
-    if folders:
-        lines.append("mkdir -p -- " + " ".join(shlex.quote(folder) for folder in folders))
-    for destination, files in sorted(copies.items()):
-        lines.append(f"cp -t {shlex.quote(destination)} -- " + " ".join(shlex.quote(f) for f in files))
-    if links:
-        lines.append(f"cp -R -P {shlex.quote(os.path.join(staging, 'links'))}/. .")
-    for mode, paths in sorted(modes.items()):
-        lines.append(f"chmod {mode:o} -- " + " ".join(shlex.quote(path) for path in paths))
-    if removed:
-        lines.append("rm -rf -- " + " ".join(shlex.quote(path) for path in removed))
+    for step in [None] if removals_last else STEPS:
+        lines += folder_lines([folder for folder in folders if step in (None, folder_step[folder])])
+        lines += copy_lines(copies, lambda source: step in (None, step_of(source)))
+        if step in (None, FIRST_STEP):
+            if links:
+                lines.append(f"cp -R -P {shlex.quote(os.path.join(staging, 'links'))}/. .")
+            for mode, paths in sorted(modes.items()):
+                lines.append(f"chmod {mode:o} -- " + " ".join(shlex.quote(path) for path in paths))
+        lines += removal_lines([path for path in removed if step in (None, step_of(path))])
     with open(script_path, "w") as script:
         script.write("\n".join(lines) + "\n")
     copied = sum(len(files) for files in copies.values())
@@ -141,8 +191,8 @@ def write_script(done_root, fresh_root, staging, script_path):
 
 
 def main(arguments):
-    if len(arguments) == 5 and arguments[0] == "script":
-        write_script(*[os.path.abspath(argument) for argument in arguments[1:]])
+    if arguments[:1] == ["script"] and len(arguments) in (5, 6) and arguments[5:] in ([], ["--removals-last"]):
+        write_script(*[os.path.abspath(argument) for argument in arguments[1:5]], removals_last=len(arguments) == 6)
         return 0
     if len(arguments) == 3 and arguments[0] == "compare":
         found = differences(walk(os.path.abspath(arguments[1])), walk(os.path.abspath(arguments[2])))
