@@ -114,13 +114,20 @@ def step_of(path):
     return FIRST_STEP
 
 
-def is_app_data_copy(folder, fresh):
-    """Whether the new folder is the copy of a folder of the application data."""
-    target = os.path.join("ProgramData", "Tavrin")
-    if not folder.startswith(target + os.sep):
-        return False
-    source = os.path.join(STEP_SOURCES[APP_DATA_STEP], os.path.relpath(folder, target))
-    return fresh.get(source, ("",))[0] == "folder"
+def folder_steps(folders, copies, links):
+    """Each new folder's step: the first that puts something into it or below
+    it, as the tool makes a folder when it first needs it. Links come in the
+    first step."""
+    first_step_into = {destination: min(map(step_of, sources), key=STEPS.index)
+                       for destination, sources in copies.items()}
+    for link in links:
+        first_step_into[os.path.dirname(link)] = FIRST_STEP
+    steps = {}
+    for folder in folders:
+        inside = [step for destination, step in first_step_into.items()
+                  if destination == folder or destination.startswith(folder + os.sep)]
+        steps[folder] = min(inside, key=STEPS.index, default=FIRST_STEP)
+    return steps
 
 
 def folder_lines(folders):
@@ -148,7 +155,7 @@ def write_script(done_root, fresh_root, staging, script_path, removals_last=Fals
             sources.setdefault((os.path.basename(path), mode, digest), path)
     mask = os.umask(0)
     os.umask(mask)
-    folders, copies, links, modes = [], {}, 0, {}
+    folders, copies, links, modes = [], {}, [], {}
     for path, entry in sorted(done.items()):
         if fresh.get(path) == entry:
             continue
@@ -161,7 +168,7 @@ def write_script(done_root, fresh_root, staging, script_path, removals_last=Fals
                 gets = 0o777 & ~mask
         elif kind == "link":
             stage_link(staging, path, digest, fresh_root)
-            links += 1
+            links.append(path)
             continue
         else:
             source = sources.get((os.path.basename(path), mode, digest))
@@ -172,7 +179,7 @@ def write_script(done_root, fresh_root, staging, script_path, removals_last=Fals
         if gets != mode:
             modes.setdefault(mode, []).append(path)
     removed = topmost(path for path in fresh if path not in done)
-    folder_step = {folder: APP_DATA_STEP if is_app_data_copy(folder, fresh) else FIRST_STEP for folder in folders}
+    folder_step = folder_steps(folders, copies, links)
     lines = ["#!/bin/sh", "set -e", f"cd {shlex.quote(fresh_root)}"]
     for step in [None] if removals_last else STEPS:
         lines += folder_lines([folder for folder in folders if step in (None, folder_step[folder])])
@@ -186,7 +193,7 @@ def write_script(done_root, fresh_root, staging, script_path, removals_last=Fals
     with open(script_path, "w") as script:
         script.write("\n".join(lines) + "\n")
     copied = sum(len(files) for files in copies.values())
-    print(f"{copied} copies in {len(copies)} folders, {links} links, {len(folders)} new folders, "
+    print(f"{copied} copies in {len(copies)} folders, {len(links)} links, {len(folders)} new folders, "
           f"{sum(len(paths) for paths in modes.values())} modes, {len(removed)} removals")
 
 
