@@ -4,7 +4,7 @@
 # Each benchmark's own output goes to bench-results/<name>.txt beside the
 # build, so that the table can be read against the details.
 #
-#   bench/all.sh                 # everything, about 25 minutes here
+#   bench/all.sh                 # everything, about 15 minutes here
 #   SIZES="1000 4000 16000" bench/all.sh   # installs without the 64,000-file size
 #
 # A quiet machine gives steady figures; the table names the load before the
