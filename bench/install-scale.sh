@@ -71,7 +71,7 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# With FRESH_FS=1 the two machines of each run lie on an ext4 of their own,
+# With FRESH_FS=1 the three machines of each run lie on an ext4 of their own,
 # made for the run in a sparse file beside the measures and mounted through a
 # loop device (this needs root). Without, a new inode's cost on an ext4
 # without a journal depends on what was deleted near it in the last minutes,
@@ -237,7 +237,7 @@ for size in "${sizes[@]}"; do
     [ -z "${FRESH_FS:-}" ] || new_file_system
     fresh_machine "$size" machine
     fresh_machine "$size" plain
-    fresh_machine "$size" last
+    fresh_machine "$size" removing_last
 
     answer=$(cd "$machine" && run_on_machine "$machine" env LC_ALL=C.UTF-8 "$deployer" 2>/dev/null)
     hosts=$(printf '%s' "$answer" | base64 -d | jq -c .system.hosts)
@@ -257,7 +257,7 @@ for size in "${sizes[@]}"; do
     rm -rf "$machine/$logs_tail.report"
 
     plan=$(plain_run "$plain" plain)
-    plain_run "$last" last --removals-last >/dev/null
+    plain_run "$removing_last" last --removals-last >/dev/null
 
     read -r plain_wall _ <"$measures/plain"
     read -r last_wall _ <"$measures/last"

@@ -198,7 +198,7 @@ def write_script(done_root, fresh_root, staging, script_path, removals_last=Fals
 
 
 def main(arguments):
-    if arguments[:1] == ["script"] and len(arguments) in (5, 6) and arguments[5:] in ([], ["--removals-last"]):
+    if len(arguments) >= 5 and arguments[0] == "script" and arguments[5:] in ([], ["--removals-last"]):
         write_script(*[os.path.abspath(argument) for argument in arguments[1:5]], removals_last=len(arguments) == 6)
         return 0
     if len(arguments) == 3 and arguments[0] == "compare":
