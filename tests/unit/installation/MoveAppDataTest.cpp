@@ -71,3 +71,15 @@ TEST_F(MoveAppDataTest, AFailedCopyIsLoggedAndTheSourceGoesAllTheSame)
     EXPECT_FALSE(QDir(machine.path("suite/appData")).exists());
     EXPECT_EQ(contentOf(target("Blocked")), "a file where the source has a folder");
 }
+
+TEST_F(MoveAppDataTest, LettersOfEveryLanguageInBothPathsAreMovedAsAny)
+{
+    const QString root = QStringLiteral("Suíte Пробный 套件");
+    const QString programData = QStringLiteral("Données Программы");
+    environment.set("ProgramData", machine.path(programData).toUtf8());
+    machine.writeFile(root + "/appData/Licenses/Orv Сертификат.lic", "licence");
+    Installer::moveAppData(machine.path(root));
+    EXPECT_EQ(contentOf(machine.path(programData + "/Tavrin/Licenses/Orv Сертификат.lic")), "licence");
+    EXPECT_FALSE(QDir(machine.path(root + "/appData")).exists());
+    EXPECT_TRUE(log.lines().empty()) << log.texts()[0];
+}

@@ -1,22 +1,17 @@
 #include "Installer.h"
 
 #include "FileUtils.h"
+#include "FilesystemPath.h"
 #include "FolderCopy.h"
 #include "LuaAssignment.h"
 #include "logging/Log.h"
 
 #include <exception>
-#include <filesystem>
 
 namespace {
 
 const QString exportPresetsFolder = QStringLiteral("Export Presets");
 const QString collectionFolder = QStringLiteral("Orv Collection");
-
-std::filesystem::path toPath(const QString &path)
-{
-    return std::filesystem::path(path.toStdU16String());
-}
 
 } // namespace
 
@@ -31,13 +26,13 @@ QDir Installer::installLightroomModulePlugin(const PluginEntry &entry, const QSt
     try {
         KELP_LOG_INFO("Installing lightroom module plugin {} from {} to {}", entry.lrName.toStdString(),
                       moduleSource.absolutePath().toStdString(), moduleDestination.absolutePath().toStdString());
-        copyTree(toPath(moduleSource.absolutePath()), toPath(moduleDestination.absolutePath()));
+        copyTree(filesystemPath(moduleSource.absolutePath()), filesystemPath(moduleDestination.absolutePath()));
         if (moduleDestination.exists(collectionFolder)) {
             // The presets stay inside the module as well.
             KELP_LOG_INFO("Installing {} preset from {} to {}", entry.lrName.toStdString(),
                           moduleSource.absolutePath().toStdString(), presetDestination.absolutePath().toStdString());
-            copyTree(toPath(moduleSource.absolutePath() + QDir::separator() + collectionFolder),
-                     toPath(presetDestination.absolutePath()));
+            copyTree(filesystemPath(moduleSource.absolutePath() + QDir::separator() + collectionFolder),
+                     filesystemPath(presetDestination.absolutePath()));
         }
         writeLuaAssignment(moduleDestination.filePath(entry.luaConfigFile), entry.luaVarName, executablePath);
         return moduleDestination;

@@ -1,6 +1,7 @@
 #include "Installer.h"
 
 #include "FileUtils.h"
+#include "FilesystemPath.h"
 #include "FolderCopy.h"
 #include "SpecialFolders.h"
 #include "logging/Log.h"
@@ -22,7 +23,7 @@ void Installer::moveAppData(const QString &rootDir)
     QDir target(programDataPath() + QDir::separator() + makerFolder);
     fileUtils::createDir(target);
     try {
-        copyTree(source.path().toStdWString(), target.path().toStdWString());
+        copyTree(filesystemPath(source.path()), filesystemPath(target.path()));
     } catch (const std::exception &error) {
         KELP_LOG_ERROR("failed to move files {}", error.what());
     }
