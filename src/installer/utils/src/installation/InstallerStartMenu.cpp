@@ -1,12 +1,12 @@
 #include "Installer.h"
 
+#include "FileLinks.h"
 #include "FileUtils.h"
 #include "StartMenuLinkNames.h"
 #include "StartMenuShell.h"
 #include "logging/Log.h"
 
 #include <QDirIterator>
-#include <QFile>
 
 void Installer::createStartMenuLinks(const QString &rootDir) const
 {
@@ -28,7 +28,7 @@ void Installer::createStartMenuLinks(const QString &rootDir) const
                 continue;
             const QString linkPath = startMenu.absoluteFilePath(linkName);
             KELP_LOG_INFO("Creating link from {} to {}", executable.toStdString(), linkPath.toStdString());
-            if (!QFile::link(executable, linkPath))
+            if (!makeLink(executable, linkPath))
                 KELP_LOG_WARN("Failed to create link from {} to {}", executable.toStdString(), linkPath.toStdString());
             shell.createShellLinkObject();
         }

@@ -1,6 +1,7 @@
 #include "PathUtils.h"
 
 #include "FileCopy.h"
+#include "FileLinks.h"
 #include "FileUtils.h"
 #include "RegistrySettings.h"
 #include "logging/Log.h"
@@ -42,7 +43,7 @@ void PathUtils::findAndProcess(const QString &sourceDir, const QString &targetDi
         switch (action) {
         case ProcessAction::Link: {
             const QString linkPath = target.absoluteFilePath(entries.fileName() + linkExtension);
-            if (!QFile::link(entryPath, linkPath))
+            if (!makeLink(entryPath, linkPath))
                 KELP_LOG_WARN("Failed to create link from {} to {}", entryPath.toStdString(), linkPath.toStdString());
             break;
         }

@@ -1,0 +1,37 @@
+#include "FileLinks.h"
+#include "Machine.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+TEST(FileLinksLinuxTest, MakesALinkToTheTarget)
+{
+    const Machine machine;
+    machine.writeFile("suite/Tintara 5.exe", "exe");
+    EXPECT_TRUE(makeLink(machine.path("suite/Tintara 5.exe"), machine.path("Tintara 5.lnk")));
+    EXPECT_EQ(QFileInfo(machine.path("Tintara 5.lnk")).symLinkTarget(), machine.path("suite/Tintara 5.exe"));
+}
+
+TEST(FileLinksLinuxTest, AnExistingNameIsNeverReplaced)
+{
+    const Machine machine;
+    machine.writeFile("first/Tintara 5.exe", "first");
+    machine.writeFile("second/Tintara 5.exe", "second");
+    machine.writeFile("Own.lnk", "a file of the user's");
+    ASSERT_TRUE(makeLink(machine.path("first/Tintara 5.exe"), machine.path("Tintara 5.lnk")));
+    EXPECT_FALSE(makeLink(machine.path("second/Tintara 5.exe"), machine.path("Tintara 5.lnk")));
+    EXPECT_FALSE(makeLink(machine.path("second/Tintara 5.exe"), machine.path("Own.lnk")));
+    EXPECT_EQ(QFileInfo(machine.path("Tintara 5.lnk")).symLinkTarget(), machine.path("first/Tintara 5.exe"));
+    EXPECT_EQ(machine.readFile("Own.lnk"), "a file of the user's");
+}
+
+TEST(FileLinksLinuxTest, ALinkWhoseTargetIsGoneStillHoldsItsName)
+{
+    const Machine machine;
+    machine.writeFile("suite/Tintara 5.exe", "exe");
+    ASSERT_TRUE(makeLink(machine.path("suite/Tintara 5.exe"), machine.path("Tintara 5.lnk")));
+    QFile::remove(machine.path("suite/Tintara 5.exe"));
+    EXPECT_FALSE(makeLink(machine.path("suite/Other.exe"), machine.path("Tintara 5.lnk")));
+}
