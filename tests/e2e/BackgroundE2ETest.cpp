@@ -1,6 +1,4 @@
-#include "DeployerRun.h"
-#include "Machine.h"
-#include "SleepingProcess.h"
+#include "TestMachine.h"
 
 #include <QJsonArray>
 
@@ -15,13 +13,13 @@ class BackgroundE2ETest : public testing::Test
 protected:
     QJsonArray probeWith(const QByteArray &output, const QByteArray &errorOutput = {})
     {
-        machine.installFakeWmic(output, errorOutput);
+        machine->installFakeWmic(output, errorOutput);
         return probe();
     }
 
     QJsonArray probe()
     {
-        const DeployerRun run = runDeployer(machine, {"--background"});
+        const ToolRun run = machine->run({"--background"});
         EXPECT_TRUE(run.exitedNormally);
         EXPECT_EQ(run.exitCode, 0);
         const QJsonObject answer = decodeAnswer(run.standardOutput);
@@ -29,7 +27,7 @@ protected:
         return answer.value("background").toArray();
     }
 
-    Machine machine;
+    const std::unique_ptr<TestMachine> machine = newTestMachine();
 };
 
 QByteArray wmicList(const QList<QByteArray> &captions)
@@ -45,13 +43,13 @@ QByteArray wmicList(const QList<QByteArray> &captions)
 TEST_F(BackgroundE2ETest, RunsTheWmicCommandFromTheSearchPath)
 {
     probeWith(wmicList({}));
-    EXPECT_EQ(machine.fakeWmicArguments(), "/OUTPUT:STDOUT\nPROCESS\nget\nCaption\n");
+    EXPECT_EQ(machine->fakeWmicArguments(), "/OUTPUT:STDOUT\nPROCESS\nget\nCaption\n");
 }
 
 TEST_F(BackgroundE2ETest, NoMatchGivesAnEmptyList)
 {
-    machine.installFakeWmic(wmicList({"System Idle Process", "explorer.exe", "svchost.exe"}));
-    const DeployerRun run = runDeployer(machine, {"--background"});
+    machine->installFakeWmic(wmicList({"System Idle Process", "explorer.exe", "svchost.exe"}));
+    const ToolRun run = machine->run({"--background"});
     EXPECT_EQ(answerText(run.standardOutput), R"({"background":[]})");
 }
 
@@ -100,10 +98,10 @@ TEST_F(BackgroundE2ETest, WithoutWmicARealPhotoshopIsFoundOnce)
 {
     EXPECT_FALSE(probe().contains("Photoshop.exe"));
     {
-        const SleepingProcess first(machine.binDir(), "Photoshop.exe");
-        const SleepingProcess second(machine.binDir(), "Photoshop.exe");
-        ASSERT_TRUE(first.isRunning());
-        ASSERT_TRUE(second.isRunning());
+        const auto first = machine->startProgram("Photoshop.exe");
+        const auto second = machine->startProgram("Photoshop.exe");
+        ASSERT_TRUE(first->isRunning());
+        ASSERT_TRUE(second->isRunning());
         const QJsonArray running = probe();
         EXPECT_EQ(std::count(running.begin(), running.end(), QJsonValue("Photoshop.exe")), 1);
         EXPECT_FALSE(running.contains("Caption"));
@@ -113,10 +111,10 @@ TEST_F(BackgroundE2ETest, WithoutWmicARealPhotoshopIsFoundOnce)
 
 TEST_F(BackgroundE2ETest, WithoutWmicImageNamesLoseTheirBlanks)
 {
-    const SleepingProcess tintara(machine.binDir(), "Tintara 5.exe");
-    const SleepingProcess graymere(machine.binDir(), "Graymere 3.exe");
-    ASSERT_TRUE(tintara.isRunning());
-    ASSERT_TRUE(graymere.isRunning());
+    const auto tintara = machine->startProgram("Tintara 5.exe");
+    const auto graymere = machine->startProgram("Graymere 3.exe");
+    ASSERT_TRUE(tintara->isRunning());
+    ASSERT_TRUE(graymere->isRunning());
     const QJsonArray running = probe();
     EXPECT_TRUE(running.contains("Tintara5.exe"));
     EXPECT_FALSE(running.contains("Graymere3.exe"));

@@ -1,9 +1,6 @@
-#include "DeployerRun.h"
-#include "Machine.h"
 #include "SuiteRoot.h"
+#include "TestMachine.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -14,13 +11,15 @@ namespace {
 class CommandLineE2ETest : public testing::Test
 {
 protected:
-    void SetUp() override { machine.installFakeWmic("Caption\r\r\nPhotoshop.exe\r\r\n"); }
+    void SetUp() override { machine->installFakeWmic("Caption\r\r\nPhotoshop.exe\r\r\n"); }
 
-    bool probeRan() const { return QFile::exists(machine.path("wmic/arguments")); }
+    bool probeRan() const { return !machine->fakeWmicArguments().isEmpty(); }
 
-    Machine machine;
-    const QString request = encodeRequest(QJsonObject{
-        {"rootDir", machine.path("suite")}, {"language", 2}, {"lang", 2}, {"plugins", QJsonArray{"Tintara 5"}}});
+    const std::unique_ptr<TestMachine> machine = newTestMachine();
+    const QString request = encodeRequest(QJsonObject{{"rootDir", machine->toolPath(Place::Scratch, "suite")},
+                                                      {"language", 2},
+                                                      {"lang", 2},
+                                                      {"plugins", QJsonArray{"Tintara 5"}}});
 };
 
 void expectRegularEndWithoutAnswer(const DeployerRun &run)
@@ -42,7 +41,7 @@ void expectParserRejection(const DeployerRun &run, const QByteArray &message)
 
 TEST_F(CommandLineE2ETest, AnEmptyCommandLineGetsTheEnvironmentReport)
 {
-    const DeployerRun run = runDeployer(machine, {});
+    const ToolRun run = machine->run({});
     EXPECT_TRUE(run.exitedNormally);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(decodeAnswer(run.standardOutput).keys(), (QStringList{"currentLocale", "system", "translations"}));
@@ -52,7 +51,7 @@ TEST_F(CommandLineE2ETest, AnEmptyCommandLineGetsTheEnvironmentReport)
 
 TEST_F(CommandLineE2ETest, PositionalArgumentsAloneStillGetTheReport)
 {
-    const DeployerRun run = runDeployer(machine, {"x", "y"});
+    const ToolRun run = machine->run({"x", "y"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_TRUE(decodeAnswer(run.standardOutput).contains("currentLocale"));
 }
@@ -61,7 +60,7 @@ TEST_F(CommandLineE2ETest, ModesWithoutAnswerPrintNothing)
 {
     for (const char *option : {"--install", "--uninstall", "--samples", "--config", "--resetConfig"}) {
         SCOPED_TRACE(option);
-        expectRegularEndWithoutAnswer(runDeployer(machine, {option, request}));
+        expectRegularEndWithoutAnswer(machine->run({option, request}));
     }
     EXPECT_FALSE(probeRan());
 }
@@ -70,9 +69,9 @@ TEST_F(CommandLineE2ETest, JunkRequestsStillEndWithZero)
 {
     for (const char *option : {"--install", "--uninstall", "--samples", "--config"}) {
         SCOPED_TRACE(option);
-        expectRegularEndWithoutAnswer(runDeployer(machine, {option, "%%% not base64 %%%"}));
-        expectRegularEndWithoutAnswer(runDeployer(machine, {option, ""}));
-        expectRegularEndWithoutAnswer(runDeployer(machine, {option, encodeRequest({}).left(3)}));
+        expectRegularEndWithoutAnswer(machine->run({option, "%%% not base64 %%%"}));
+        expectRegularEndWithoutAnswer(machine->run({option, ""}));
+        expectRegularEndWithoutAnswer(machine->run({option, encodeRequest({}).left(3)}));
     }
 }
 
@@ -80,8 +79,8 @@ TEST_F(CommandLineE2ETest, EveryOtherModeWinsOverBackground)
 {
     for (const char *option : {"--install", "--uninstall", "--samples", "--config", "--resetConfig"}) {
         SCOPED_TRACE(option);
-        expectRegularEndWithoutAnswer(runDeployer(machine, {"--background", option, request}));
-        expectRegularEndWithoutAnswer(runDeployer(machine, {option, request, "-b"}));
+        expectRegularEndWithoutAnswer(machine->run({"--background", option, request}));
+        expectRegularEndWithoutAnswer(machine->run({option, request, "-b"}));
     }
     EXPECT_FALSE(probeRan());
 }
@@ -92,47 +91,48 @@ TEST_F(CommandLineE2ETest, EveryOtherModeWinsOverBackground)
 // harmless, and the sanitizer builds exempt exactly what that parse allocates.
 TEST_F(CommandLineE2ETest, ADuplicatedKeyInTheRequestTakesItsLastValue)
 {
-    suiteRoot::create(machine.path("suite"));
-    const QByteArray rootDir =
-        QJsonDocument(QJsonObject{{"rootDir", machine.path("suite")}}).toJson(QJsonDocument::Compact).mid(1).chopped(1);
+    suiteRoot::create(machine->path(Place::Scratch, "suite"));
+    const QByteArray rootDir = QJsonDocument(QJsonObject{{"rootDir", machine->toolPath(Place::Scratch, "suite")}})
+                                   .toJson(QJsonDocument::Compact)
+                                   .mid(1)
+                                   .chopped(1);
     const QByteArray text = R"({"lang":{"detectedHosts":0,"hosts":[]},)" + rootDir + R"(,"lang":1})";
-    expectRegularEndWithoutAnswer(runDeployer(machine, {"--samples", QString::fromLatin1(text.toBase64())}));
-    EXPECT_EQ(QDir(machine.path("home/Pictures/Rectilo Samples")).entryList(QDir::Files),
+    expectRegularEndWithoutAnswer(machine->run({"--samples", QString::fromLatin1(text.toBase64())}));
+    EXPECT_EQ(machine->entries(Place::CommonPictures, "Rectilo Samples"),
               (QStringList{"Harbour.jpg", "Sign.jpg", "Sunset.jpg"}));
-    EXPECT_FALSE(QDir(machine.path("suite/pictures")).exists());
+    EXPECT_FALSE(machine->exists(Place::Scratch, "suite/pictures"));
 }
 
 TEST_F(CommandLineE2ETest, ResetConfigWithoutValueFailsInTheParser)
 {
-    expectParserRejection(runDeployer(machine, {"--resetConfig"}), "Missing value after '--resetConfig'.");
-    expectParserRejection(runDeployer(machine, {"--background", "--resetConfig"}),
-                          "Missing value after '--resetConfig'.");
+    expectParserRejection(machine->run({"--resetConfig"}), "Missing value after '--resetConfig'.");
+    expectParserRejection(machine->run({"--background", "--resetConfig"}), "Missing value after '--resetConfig'.");
     EXPECT_FALSE(probeRan());
 }
 
 TEST_F(CommandLineE2ETest, ResetConfigIgnoresItsValue)
 {
-    expectRegularEndWithoutAnswer(runDeployer(machine, {"--resetConfig", "x"}));
-    expectRegularEndWithoutAnswer(runDeployer(machine, {"-r", "anything at all"}));
+    expectRegularEndWithoutAnswer(machine->run({"--resetConfig", "x"}));
+    expectRegularEndWithoutAnswer(machine->run({"-r", "anything at all"}));
 }
 
 TEST_F(CommandLineE2ETest, OptionsWithAValueNeedOne)
 {
     for (const char *option : {"--install", "--uninstall", "--samples", "--config"})
-        expectParserRejection(runDeployer(machine, {option}), "Missing value after");
+        expectParserRejection(machine->run({option}), "Missing value after");
 }
 
 TEST_F(CommandLineE2ETest, HelpVersionAndUnknownOptionsFailInTheParser)
 {
-    expectParserRejection(runDeployer(machine, {"--help"}), "Unknown option 'help'.");
-    expectParserRejection(runDeployer(machine, {"--version"}), "Unknown option 'version'.");
-    expectParserRejection(runDeployer(machine, {"--background", "--verbose"}), "Unknown option 'verbose'.");
+    expectParserRejection(machine->run({"--help"}), "Unknown option 'help'.");
+    expectParserRejection(machine->run({"--version"}), "Unknown option 'version'.");
+    expectParserRejection(machine->run({"--background", "--verbose"}), "Unknown option 'verbose'.");
     EXPECT_FALSE(probeRan());
 }
 
 TEST_F(CommandLineE2ETest, BackgroundTakesTheNextWordAsAnIgnoredArgument)
 {
-    const DeployerRun run = runDeployer(machine, {"--background", "x"});
+    const ToolRun run = machine->run({"--background", "x"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(decodeAnswer(run.standardOutput), (QJsonObject{{"background", QJsonArray{"Photoshop.exe"}}}));
 }
@@ -141,17 +141,17 @@ TEST_F(CommandLineE2ETest, ShortLongAndPositionalFormsAreAccepted)
 {
     for (const QStringList &arguments :
          {QStringList{"-b"}, QStringList{"--background"}, QStringList{"one", "two", "--background"}}) {
-        const DeployerRun run = runDeployer(machine, arguments);
+        const ToolRun run = machine->run(arguments);
         EXPECT_EQ(decodeAnswer(run.standardOutput).value("background").toArray().size(), 1)
             << arguments.join(' ').toStdString();
     }
-    expectRegularEndWithoutAnswer(runDeployer(machine, {"--install=" + request}));
-    expectRegularEndWithoutAnswer(runDeployer(machine, {"-c", request}));
+    expectRegularEndWithoutAnswer(machine->run({"--install=" + request}));
+    expectRegularEndWithoutAnswer(machine->run({"-c", request}));
 }
 
 TEST_F(CommandLineE2ETest, TheAnswerIsPaddedBase64WithoutLineEnd)
 {
-    const DeployerRun run = runDeployer(machine, {"--background"});
+    const ToolRun run = machine->run({"--background"});
     EXPECT_EQ(run.exitCode, 0);
     ASSERT_FALSE(run.standardOutput.isEmpty());
     EXPECT_FALSE(run.standardOutput.endsWith('\n'));
@@ -161,9 +161,10 @@ TEST_F(CommandLineE2ETest, TheAnswerIsPaddedBase64WithoutLineEnd)
     EXPECT_EQ(answerText(run.standardOutput), R"({"background":["Photoshop.exe"]})");
 }
 
+// Qt's debug channel is the debugger's output on Windows unless Qt is told otherwise.
 TEST_F(CommandLineE2ETest, TheAnswerIsEchoedOnQtsDebugChannel)
 {
-    const DeployerRun run = runDeployer(machine, {"--background"});
+    const ToolRun run = machine->run(QStringList{"--background"}, {{"QT_FORCE_STDERR_LOGGING", "1"}});
     EXPECT_TRUE(run.standardError.contains(R"(encoding following data: {"background":["Photoshop.exe"]})"))
         << run.standardError.toStdString();
 }

@@ -1,8 +1,5 @@
-#include "DeployerRun.h"
-#include "Machine.h"
+#include "TestMachine.h"
 
-#include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QThread>
 
@@ -13,12 +10,9 @@ namespace {
 class LogFileE2ETest : public testing::Test
 {
 protected:
-    QStringList logFiles() const
-    {
-        return QDir(machine.path("home/.config/Tavrin/Orv Collection/logs")).entryList(QDir::Files, QDir::Name);
-    }
+    QStringList logFiles() const { return machine->entries(Place::RoamingAppData, "Tavrin/Orv Collection/logs"); }
 
-    Machine machine;
+    const std::unique_ptr<TestMachine> machine = newTestMachine();
 };
 
 const QRegularExpression stampedName("^SuiteDeployer\\.\\d{4}\\.\\d\\d\\.\\d\\d-\\d\\d\\.\\d\\d\\.\\d\\d\\.log$");
@@ -27,34 +21,35 @@ const QRegularExpression stampedName("^SuiteDeployer\\.\\d{4}\\.\\d\\d\\.\\d\\d-
 
 TEST_F(LogFileE2ETest, ARunLeavesAStampedLogBelowTheRoamingFolder)
 {
-    machine.installFakeWmic("Caption\r\r\n");
-    const DeployerRun run = runDeployer(machine, {"--background"});
+    machine->installFakeWmic("Caption\r\r\n");
+    const ToolRun run = machine->run({"--background"});
     EXPECT_EQ(run.exitCode, 0);
     const QStringList files = logFiles();
     ASSERT_EQ(files.size(), 1);
     EXPECT_TRUE(stampedName.match(files.first()).hasMatch()) << files.first().toStdString();
-    QFile log(machine.path("home/.config/Tavrin/Orv Collection/logs/" + files.first()));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(
-        log.readAll().contains("] Logger 'app' registered in folder '" +
-                               machine.path("home/.config/Tavrin/Orv Collection/logs/SuiteDeployer.log").toUtf8() +
-                               "' with trace level. Last failed create directory erc 0\n"));
+    EXPECT_TRUE(machine->comparable(run.log).contains(
+        machine
+            ->comparable("] Logger 'app' registered in folder '" +
+                         machine->toolPath(Place::RoamingAppData, "Tavrin/Orv Collection/logs/SuiteDeployer.log") +
+                         "' with trace level. Last failed create directory erc 0\n")
+            .toUtf8()))
+        << run.log.toStdString();
 }
 
 TEST_F(LogFileE2ETest, ARejectedCommandLineIsLoggedToo)
 {
-    EXPECT_EQ(runDeployer(machine, {"--resetConfig"}).exitCode, 1);
+    EXPECT_EQ(machine->run({"--resetConfig"}).exitCode, 1);
     EXPECT_EQ(logFiles().size(), 1);
 }
 
 TEST_F(LogFileE2ETest, SixRunsInSixSecondsLeaveFiveFiles)
 {
-    machine.installFakeWmic("Caption\r\r\n");
+    machine->installFakeWmic("Caption\r\r\n");
     QStringList seen;
     for (int run = 0; run < 6; ++run) {
         if (run > 0)
             QThread::msleep(1100);
-        runDeployer(machine, {"--background"});
+        machine->run({"--background"});
         for (const QString &file : logFiles()) {
             if (!seen.contains(file))
                 seen.append(file);

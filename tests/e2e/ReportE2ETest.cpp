@@ -1,13 +1,8 @@
-#include "DeployerRun.h"
-#include "HostMachine.h"
-#include "Machine.h"
+#include "TestMachine.h"
 
 #include <QJsonArray>
-#include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
-
-using namespace hostMachine;
 
 namespace {
 
@@ -17,44 +12,46 @@ const QString englishText =
     "to update relevant system files without having to reboot your computer.<br><br>"
     "Click Next to continue.<br><br></html>";
 
-// A machine whose system language is given by the locale variables.
-class LocalizedMachine : public Machine
+// A machine whose system language is the given locale.
+std::unique_ptr<TestMachine> localizedMachine(const QString &locale)
 {
-public:
-    explicit LocalizedMachine(const QString &locale)
-        : locale_(locale)
-    {
-    }
+    std::unique_ptr<TestMachine> machine = newTestMachine();
+    machine->setSystemLocale(locale);
+    return machine;
+}
 
-    QProcessEnvironment environment() const
-    {
-        QProcessEnvironment environment = Machine::environment();
-        environment.remove("LANGUAGE");
-        environment.remove("LANG");
-        environment.insert("LC_ALL", locale_);
-        return environment;
-    }
-
-private:
-    QString locale_;
-};
-
-DeployerRun runReport(const LocalizedMachine &machine)
+ToolRun runReport(const TestMachine &machine)
 {
-    return runDeployer(machine.environment(), machine.root(), {});
+    return machine.run(QStringList{});
+}
+
+// The host records with their folders as they compare across the builds.
+QJsonArray comparableHosts(const TestMachine &machine, const QJsonArray &hosts)
+{
+    QJsonArray result;
+    for (const QJsonValue &host : hosts) {
+        QJsonObject record = host.toObject();
+        record.insert("pluginPath", machine.comparable(record.value("pluginPath").toString()));
+        result.append(record);
+    }
+    return result;
 }
 
 } // namespace
 
 TEST(ReportE2ETest, ReportsTheLanguageNumberOfEachSystem)
 {
+    // A bare language and the C locale exist only on Linux: Wine makes German
+    // (Germany) of "de" and American English of "C", as any Windows system has
+    // a region.
+    const bool wine = testMachineKind() == TestMachine::Kind::Wine;
     const std::vector<std::pair<const char *, int>> cases = {
-        {"en_AU.UTF-8", 1}, {"ja_JP.UTF-8", 14}, {"de", 1},           {"de_DE.UTF-8", 0},
-        {"sv_SE.UTF-8", 1}, {"es_419.UTF-8", 4}, {"th_TH.UTF-8", 12}, {"C", 1},
+        {"en_AU.UTF-8", 1}, {"ja_JP.UTF-8", 14}, {"de", wine ? 0 : 1}, {"de_DE.UTF-8", 0},
+        {"sv_SE.UTF-8", 1}, {"es_419.UTF-8", 4}, {"th_TH.UTF-8", 12},  {"C", wine ? 2 : 1},
     };
     for (const auto &[locale, index] : cases) {
-        const LocalizedMachine machine(locale);
-        const DeployerRun run = runReport(machine);
+        const auto machine = localizedMachine(locale);
+        const ToolRun run = runReport(*machine);
         EXPECT_EQ(run.exitCode, 0) << locale;
         EXPECT_EQ(decodeAnswer(run.standardOutput).value("currentLocale"), index) << locale;
     }
@@ -62,8 +59,8 @@ TEST(ReportE2ETest, ReportsTheLanguageNumberOfEachSystem)
 
 TEST(ReportE2ETest, AnEnglishMachineWithoutHostsGetsTheExactAnswer)
 {
-    const LocalizedMachine machine("en_AU.UTF-8");
-    const DeployerRun run = runReport(machine);
+    const auto machine = localizedMachine("en_AU.UTF-8");
+    const ToolRun run = runReport(*machine);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_FALSE(run.standardOutput.endsWith('\n'));
     const QByteArray text = answerText(run.standardOutput);
@@ -74,44 +71,45 @@ TEST(ReportE2ETest, AnEnglishMachineWithoutHostsGetsTheExactAnswer)
 
 TEST(ReportE2ETest, ASwedishMachineGetsTheBritishText)
 {
-    const LocalizedMachine machine("sv_SE.UTF-8");
-    const QJsonObject answer = decodeAnswer(runReport(machine).standardOutput);
+    const auto machine = localizedMachine("sv_SE.UTF-8");
+    const QJsonObject answer = decodeAnswer(runReport(*machine).standardOutput);
     EXPECT_EQ(answer.value("translations").toObject().value("introString").toString(), englishText);
 }
 
 TEST(ReportE2ETest, AJapaneseMachineGetsTheJapaneseText)
 {
-    const LocalizedMachine machine("ja_JP.UTF-8");
-    const QJsonObject answer = decodeAnswer(runReport(machine).standardOutput);
+    const auto machine = localizedMachine("ja_JP.UTF-8");
+    const QJsonObject answer = decodeAnswer(runReport(*machine).standardOutput);
     EXPECT_TRUE(
         answer.value("translations").toObject().value("introString").toString().contains(QString::fromUtf8("[次へ]")));
 }
 
 TEST(ReportE2ETest, HostsComeInTheOrderPhotoshopLightroomElements)
 {
-    const LocalizedMachine machine("en_US.UTF-8");
-    writeMachineHive(machine, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\10.0]\n"
-                              "\"PluginPath\"=\"C:\\\\PS10\\\\Plug-ins\"\n"
-                              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\110.0]\n"
-                              "\"Version\"=\"17\"\n"
-                              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
-                              "\"Version\"=\"18\"\n"
-                              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
-                              "@=\"C:\\\\PSE\\\\Plug-ins\"\n"
-                              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion]\n"
-                              "\"CommonFilesDir\"=\"C:\\\\Program Files\\\\Common Files\"\n");
-    addLightroomPreferences(machine, "Lightroom Classic CC 7 Preferences.agprefs");
-    addLightroomPreferences(machine, "Lightroom 6 Preferences.agprefs");
-    const QJsonObject system = decodeAnswer(runReport(machine).standardOutput).value("system").toObject();
+    const auto machine = localizedMachine("en_US.UTF-8");
+    machine->seedRegistry("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\10.0]\n"
+                          "\"PluginPath\"=\"C:\\\\PS10\\\\Plug-ins\"\n"
+                          "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\110.0]\n"
+                          "\"Version\"=\"17\"\n"
+                          "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
+                          "\"Version\"=\"18\"\n"
+                          "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop Elements\\16\\PluginPath]\n"
+                          "@=\"C:\\\\PSE\\\\Plug-ins\"\n"
+                          "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion]\n"
+                          "\"CommonFilesDir\"=\"C:\\\\Program Files\\\\Common Files\"\n");
+    for (const char *preferences : {"Lightroom Classic CC 7 Preferences.agprefs", "Lightroom 6 Preferences.agprefs"})
+        machine->writeFile(Place::RoamingAppData, QString("Adobe/Lightroom/Preferences/") + preferences, "prefs");
+    const QJsonObject system = decodeAnswer(runReport(*machine).standardOutput).value("system").toObject();
     const QString shared = "C:\\Program Files\\Common Files/Adobe/Plug-Ins/CC/";
     const QJsonArray expected = {
         QJsonObject{{"appName", ""}, {"pluginPath", "C:\\PS10\\Plug-ins"}, {"type", 0}},
         QJsonObject{{"appName", "Photoshop CC 2017 (64-Bit)"}, {"pluginPath", shared}, {"type", 0}},
         QJsonObject{{"appName", "Photoshop CC 2018 (64-Bit)"}, {"pluginPath", shared}, {"type", 0}},
-        QJsonObject{
-            {"appName", "Lightroom 6"}, {"pluginPath", machine.path("home/.config/Adobe/Lightroom/")}, {"type", 2}},
+        QJsonObject{{"appName", "Lightroom 6"},
+                    {"pluginPath", machine->toolPath(Place::RoamingAppData, "Adobe/Lightroom/")},
+                    {"type", 2}},
         QJsonObject{{"appName", "Photoshop Elements 2018 (64-Bit)"}, {"pluginPath", "C:\\PSE\\Plug-ins"}, {"type", 1}},
     };
-    EXPECT_EQ(system.value("hosts").toArray(), expected);
+    EXPECT_EQ(comparableHosts(*machine, system.value("hosts").toArray()), comparableHosts(*machine, expected));
     EXPECT_EQ(system.value("detectedHosts"), 5);
 }

@@ -1,55 +1,69 @@
-#include "DeployerRun.h"
-#include "Machine.h"
-#include "MachineLog.h"
-#include "RegistryHiveFormat.h"
+#include "LinuxTestMachine.h"
+#include "TestMachine.h"
 #include "UnprivilegedRun.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const QByteArray machineHiveText =
-    "Windows Registry Editor Version 5.00\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Other]\n\"x\"=\"kept\"\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Rectilo]\n\"loggerLevel\"=\"D\"\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Orv Collection]\n"
-    "\"DisplayVersion\"=\"4.2.0\"\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Other Suite]\n"
-    "\"DisplayVersion\"=\"1\"\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection]\n\"InstallPath\"=\"/suite/bin\"\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Orv Collection\\Locations]\n\"0_Path\"=\"/ps\"\n\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin\\Other Suite]\n\"x\"=\"kept\"\n\n";
+const QString machineMakerKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin";
+const QString machineSuiteMakerKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavrin";
+const QString machineUninstallKey =
+    "HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+const QString userMakerKey = "HKEY_CURRENT_USER\\SOFTWARE\\Tavrin";
+const QString userUninstallKey = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
-const QByteArray userHiveText =
-    "Windows Registry Editor Version 5.00\n\n"
-    "[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\OrvOld]\n"
-    "\"DisplayName\"=\"Orv Collection\"\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin]\n\"Beside\"=\"kept\"\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Orv Collection]\n\"app_loglevel\"=\"info\"\n\"currentLanguage\"=dword:00000005\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Orv Collection\\Window]\n\"x\"=\"1\"\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Rectilo]\n\"x\"=\"1\"\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Zonal Palette]\n\"x\"=\"1\"\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Zonal Tool]\n\"x\"=\"1\"\n\n"
-    "[HKEY_CURRENT_USER\\SOFTWARE\\Tavrin\\Unrelated]\n\"x\"=\"kept\"\n\n";
+// A text as it stands quoted in the registry editor's form.
+QByteArray quoted(QString text)
+{
+    return '"' + text.replace("\\", "\\\\").replace("\"", "\\\"").toUtf8() + '"';
+}
 
-const QString machineHive = "etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg";
-const QString userHive = "home/.config/winreg/HKEY_CURRENT_USER.reg";
+QByteArray section(const QString &key, const QByteArray &values)
+{
+    return "[" + key.toUtf8() + "]\n" + values + "\n";
+}
 
 class ResetConfigE2ETest : public testing::Test
 {
 protected:
     ResetConfigE2ETest()
     {
-        machine.writeFile(machineHive, machineHiveText);
-        machine.writeFile(userHive, userHiveText);
+        machine->seedRegistry(
+            section(machineMakerKey + "\\Other", "\"x\"=\"kept\"\n") +
+            section(machineMakerKey + "\\Rectilo", "\"loggerLevel\"=\"D\"\n") +
+            section(machineUninstallKey + "\\Orv Collection", "\"DisplayVersion\"=\"4.2.0\"\n") +
+            section(machineUninstallKey + "\\Other Suite", "\"DisplayVersion\"=\"1\"\n") +
+            section(machineSuiteMakerKey + "\\Orv Collection",
+                    "\"InstallPath\"=" + quoted(machine->toolPath(Place::Scratch, "suite/bin")) + "\n") +
+            section(machineSuiteMakerKey + "\\Orv Collection\\Locations",
+                    "\"0_Path\"=" + quoted(machine->toolPath(Place::Scratch, "hosts/ps")) + "\n") +
+            section(machineSuiteMakerKey + "\\Other Suite", "\"x\"=\"kept\"\n") +
+            section(userUninstallKey + "\\OrvOld", "\"DisplayName\"=\"Orv Collection\"\n") +
+            section(userMakerKey, "\"Beside\"=\"kept\"\n") +
+            section(userMakerKey + "\\Orv Collection",
+                    "\"app_loglevel\"=\"info\"\n\"currentLanguage\"=dword:00000005\n") +
+            section(userMakerKey + "\\Orv Collection\\Window", "\"x\"=\"1\"\n") +
+            section(userMakerKey + "\\Rectilo", "\"x\"=\"1\"\n") +
+            section(userMakerKey + "\\Zonal Palette", "\"x\"=\"1\"\n") +
+            section(userMakerKey + "\\Zonal Tool", "\"x\"=\"1\"\n") +
+            section(userMakerKey + "\\Unrelated", "\"x\"=\"kept\"\n"));
     }
 
-    QStringList keysOf(const QString &relative, const char *hiveName) const
+    QStringList names(const QString &key) const { return machine->registryValues(key).keys(); }
+
+    // Every value of the keys that the machine was seeded with, key by key.
+    QMap<QString, QSettings::SettingsMap> registry() const
     {
-        return registryHive::parse(machine.readFile(relative), hiveName).keys();
+        QMap<QString, QSettings::SettingsMap> values;
+        for (const QString &key :
+             {machineMakerKey, machineSuiteMakerKey, machineUninstallKey, userMakerKey, userUninstallKey})
+            values.insert(key, machine->registryValues(key));
+        return values;
     }
 
     void reset(const DeployerRun &run) const
@@ -58,44 +72,46 @@ protected:
         EXPECT_EQ(run.standardOutput, "");
     }
 
-    Machine machine;
+    const std::unique_ptr<TestMachine> machine = newTestMachine();
 };
 
-// "Software" is the spelling met first in the user's hive, so both keys carry it.
-const QStringList userKeysAfterReset = {"Software/Microsoft/Windows/CurrentVersion/Uninstall/OrvOld/DisplayName",
-                                        "Software/Tavrin/Beside", "Software/Tavrin/Unrelated/x"};
+const QStringList userNamesAfterReset = {"Beside", "Unrelated/x"};
 
 } // namespace
 
 TEST_F(ResetConfigE2ETest, RemovesTheSuitesKeysAndKeepsEverythingElse)
 {
-    reset(runDeployer(machine, {"--resetConfig", "ignored"}));
-    EXPECT_EQ(keysOf(machineHive, "HKEY_LOCAL_MACHINE"),
-              (QStringList{"SOFTWARE/Tavrin/Other/x",
-                           "SOFTWARE/WOW6432Node/Microsoft/Windows/CurrentVersion/Uninstall/Other Suite/DisplayVersion",
-                           "SOFTWARE/WOW6432Node/Tavrin/Other Suite/x"}));
-    EXPECT_EQ(keysOf(userHive, "HKEY_CURRENT_USER"), userKeysAfterReset);
-    EXPECT_FALSE(machineLog(machine).contains("] [warning] "));
+    reset(machine->run({"--resetConfig", "ignored"}));
+    EXPECT_EQ(names(machineMakerKey), QStringList{"Other/x"});
+    EXPECT_EQ(names(machineUninstallKey + "\\Orv Collection"), QStringList());
+    EXPECT_EQ(names(machineUninstallKey + "\\Other Suite"), QStringList{"DisplayVersion"});
+    EXPECT_EQ(names(machineSuiteMakerKey), QStringList{"Other Suite/x"});
+    EXPECT_EQ(names(userUninstallKey + "\\OrvOld"), QStringList{"DisplayName"});
+    EXPECT_EQ(names(userMakerKey), userNamesAfterReset);
+    EXPECT_FALSE(machine->log().contains("] [warning] "));
 }
 
 TEST_F(ResetConfigE2ETest, ASecondRunChangesNothing)
 {
-    reset(runDeployer(machine, {"-r", "x"}));
-    const QByteArray machineAfter = machine.readFile(machineHive);
-    const QByteArray userAfter = machine.readFile(userHive);
-    reset(runDeployer(machine, {"-r", "x"}));
-    EXPECT_EQ(machine.readFile(machineHive), machineAfter);
-    EXPECT_EQ(machine.readFile(userHive), userAfter);
+    reset(machine->run({"-r", "x"}));
+    const QMap<QString, QSettings::SettingsMap> after = registry();
+    reset(machine->run({"-r", "x"}));
+    EXPECT_EQ(registry(), after);
 }
 
 // Without machine rights the machine's keys stay, silently, and the user's key is emptied.
 TEST_F(ResetConfigE2ETest, WithoutMachineRightsOnlyTheUsersKeysGo)
 {
-    const QString folder = QFileInfo(machine.path(machineHive)).path();
+    SKIP_UNDER_WINE("runs the tool as a user without machine rights, which only the Linux build's machine can");
+    const Machine &linuxMachine = dynamic_cast<LinuxTestMachine &>(*machine).machine();
+    const QByteArray machineHiveBefore = linuxMachine.readFile(LinuxTestMachine::machineHive);
+    ASSERT_FALSE(machineHiveBefore.isEmpty());
+    const QString folder = QFileInfo(linuxMachine.path(LinuxTestMachine::machineHive)).path();
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
-    reset(runDeployerWithoutRights(machine, {"home"}, {"--resetConfig", "x"}));
+    reset(runDeployerWithoutRights(linuxMachine, {"home"}, {"--resetConfig", "x"}));
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    EXPECT_EQ(machine.readFile(machineHive), machineHiveText);
-    EXPECT_EQ(keysOf(userHive, "HKEY_CURRENT_USER"), userKeysAfterReset);
-    EXPECT_FALSE(machineLog(machine).contains("] [warning] "));
+    EXPECT_EQ(linuxMachine.readFile(LinuxTestMachine::machineHive), machineHiveBefore);
+    EXPECT_EQ(names(userUninstallKey + "\\OrvOld"), QStringList{"DisplayName"});
+    EXPECT_EQ(names(userMakerKey), userNamesAfterReset);
+    EXPECT_FALSE(machine->log().contains("] [warning] "));
 }

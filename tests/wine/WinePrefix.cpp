@@ -54,6 +54,33 @@ void runTool(const QProcessEnvironment &environment, const QString &program, con
 
 const QString WinePrefix::userName = QStringLiteral("wizard");
 
+QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : environment.keys()) {
+        if (name.startsWith(QStringLiteral("LC_")) || name.startsWith(QStringLiteral("WINE")) ||
+            name.startsWith(QStringLiteral("XDG_")))
+            environment.remove(name);
+    }
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE"})
+        environment.remove(QString::fromLatin1(name));
+    environment.insert(QStringLiteral("HOME"), home);
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/.config"));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
+    environment.insert(QStringLiteral("XDG_CACHE_HOME"), home + QStringLiteral("/.cache"));
+    // Wine names the profile folder C:\users\<USER>.
+    environment.insert(QStringLiteral("USER"), WinePrefix::userName);
+    environment.insert(QStringLiteral("LOGNAME"), WinePrefix::userName);
+    environment.insert(QStringLiteral("LANG"), QStringLiteral("en_US.UTF-8"));
+    environment.insert(QStringLiteral("WINEPREFIX"), prefix);
+    environment.insert(QStringLiteral("WINESERVER"), QStringLiteral(WINE_SERVER));
+    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
+    // No installer dialogues for Mono and Gecko, and no Linux menu entries for
+    // the start-menu links that the program makes.
+    environment.insert(QStringLiteral("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml=;winemenubuilder.exe=d"));
+    return environment;
+}
+
 WinePrefix::WinePrefix()
 {
     if (!dir_.isValid())
@@ -106,31 +133,7 @@ QString WinePrefix::linuxPath(const QString &windowsPath) const
 
 QProcessEnvironment WinePrefix::environment() const
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    // Nothing of the caller's desktop, language or Wine set-up leaks in.
-    for (const QString &name : environment.keys()) {
-        if (name.startsWith(QStringLiteral("LC_")) || name.startsWith(QStringLiteral("WINE")) ||
-            name.startsWith(QStringLiteral("XDG_")))
-            environment.remove(name);
-    }
-    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE"})
-        environment.remove(QString::fromLatin1(name));
-    const QString home = homeFolder(dir_);
-    environment.insert(QStringLiteral("HOME"), home);
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/.config"));
-    environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
-    environment.insert(QStringLiteral("XDG_CACHE_HOME"), home + QStringLiteral("/.cache"));
-    // Wine names the profile folder C:\users\<USER>.
-    environment.insert(QStringLiteral("USER"), userName);
-    environment.insert(QStringLiteral("LOGNAME"), userName);
-    environment.insert(QStringLiteral("LANG"), QStringLiteral("en_US.UTF-8"));
-    environment.insert(QStringLiteral("WINEPREFIX"), root());
-    environment.insert(QStringLiteral("WINESERVER"), QStringLiteral(WINE_SERVER));
-    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    // No installer dialogues for Mono and Gecko, and no Linux menu entries for
-    // the start-menu links that the program makes.
-    environment.insert(QStringLiteral("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml=;winemenubuilder.exe=d"));
-    return environment;
+    return wineEnvironment(root(), homeFolder(dir_));
 }
 
 DeployerRun WinePrefix::run(const QString &program, const QStringList &arguments, const QString &workingFolder) const
@@ -170,9 +173,15 @@ void WinePrefix::importRegistry(const QByteArray &regText) const
 }
 
 RunningWindowsProgram::RunningWindowsProgram(const WinePrefix &prefix, const QString &windowsPath)
+    : RunningWindowsProgram(prefix.environment(), prefix.root(), windowsPath)
 {
-    process_.setProcessEnvironment(prefix.environment());
-    process_.setWorkingDirectory(prefix.root());
+}
+
+RunningWindowsProgram::RunningWindowsProgram(const QProcessEnvironment &environment, const QString &workingFolder,
+                                             const QString &windowsPath)
+{
+    process_.setProcessEnvironment(environment);
+    process_.setWorkingDirectory(workingFolder);
     process_.start(QStringLiteral(WINE_LOADER), {windowsPath});
     // A hang guard only: the line comes within a second.
     while (process_.state() != QProcess::NotRunning && !process_.canReadLine() &&

@@ -9,6 +9,11 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+// The fixed environment of every Windows program that the tests run: the
+// user "wizard", American English, no display, no Mono, Gecko or menu
+// builder, and nothing of the caller's desktop, language or Wine set-up.
+QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home);
+
 // A throw-away Wine prefix in a temporary folder, beside a home folder of its
 // own, so that nothing of the user's ~/.wine, desktop or menus is touched. Its
 // wineserver stays for the prefix's whole life, so that each program starts
@@ -62,6 +67,8 @@ class RunningWindowsProgram
 {
 public:
     RunningWindowsProgram(const WinePrefix &prefix, const QString &windowsPath);
+    RunningWindowsProgram(const QProcessEnvironment &environment, const QString &workingFolder,
+                          const QString &windowsPath);
     ~RunningWindowsProgram();
     RunningWindowsProgram(const RunningWindowsProgram &) = delete;
     RunningWindowsProgram &operator=(const RunningWindowsProgram &) = delete;

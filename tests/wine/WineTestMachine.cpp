@@ -1,0 +1,290 @@
+#include "WineTestMachine.h"
+
+#include "ShellLink.h"
+#include "WinePrefix.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace {
+
+constexpr int toolHangGuardMilliseconds = 120000;
+
+const QString deployer = QStringLiteral("C:\\setup\\SuiteDeployer.exe");
+const QString launcher = QStringLiteral("C:\\setup\\WizardLauncher.exe");
+const QString scratch = QStringLiteral("C:\\machine");
+const QString wmicFolder = QStringLiteral("C:\\windows\\system32\\wbem");
+
+QString placeFolder(Place place)
+{
+    const QString profile = QStringLiteral("C:\\users\\") + WinePrefix::userName;
+    switch (place) {
+    case Place::RoamingAppData:
+        return profile + QStringLiteral("\\AppData\\Roaming");
+    case Place::LocalAppData:
+        return profile + QStringLiteral("\\AppData\\Local");
+    case Place::ProgramData:
+        return QStringLiteral("C:\\ProgramData");
+    case Place::StartMenu:
+        return QStringLiteral("C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs");
+    case Place::CommonPictures:
+        return QStringLiteral("C:\\users\\Public\\Pictures");
+    case Place::Scratch:
+    case Place::WorkingFolder:
+        break;
+    }
+    return scratch;
+}
+
+void runChecked(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment = {})
+{
+    const DeployerRun run =
+        runProgram(program, environment.isEmpty() ? QProcessEnvironment::systemEnvironment() : environment,
+                   QDir::tempPath(), arguments, toolHangGuardMilliseconds);
+    if (!run.exitedNormally || run.exitCode != 0)
+        throw std::runtime_error((program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) +
+                                  QStringLiteral(" failed: ") + QString::fromLocal8Bit(run.standardError))
+                                     .toStdString());
+}
+
+void hardLink(const QString &from, const QString &to)
+{
+    QDir().mkpath(QFileInfo(to).path());
+    QFile::remove(to);
+    if (::link(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+        throw std::runtime_error("cannot link " + from.toStdString() + " to " + to.toStdString());
+}
+
+// Wine's server keeps the registry in memory and writes it to the prefix's
+// files when it ends: only then can a prefix be copied.
+void waitForServer(const QProcessEnvironment &environment)
+{
+    QProcess server;
+    server.setProcessEnvironment(environment);
+    server.start(QStringLiteral(WINE_SERVER), {QStringLiteral("-w")});
+    if (!server.waitForFinished(toolHangGuardMilliseconds))
+        server.kill();
+    server.waitForFinished();
+}
+
+// The prefix that every machine of this test program copies: the one that the
+// environment names, or one made here once.
+QString templatePrefix()
+{
+    static const QString given = qEnvironmentVariable("SUITEDEPLOYER_WINE_TEMPLATE");
+    if (!given.isEmpty())
+        return given;
+    static QTemporaryDir made;
+    static const bool ready = [] {
+        const QString prefix = made.path() + QStringLiteral("/prefix");
+        QDir().mkpath(prefix);
+        const QProcessEnvironment environment = wineEnvironment(prefix, made.path() + QStringLiteral("/home"));
+        runChecked(QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")}, environment);
+        waitForServer(environment);
+        QFile::remove(prefix + QStringLiteral("/drive_c/windows/system32/wbem/wmic.exe"));
+        return true;
+    }();
+    return ready ? made.path() + QStringLiteral("/prefix") : QString();
+}
+
+} // namespace
+
+WineTestMachine::WineTestMachine()
+{
+    if (!dir_.isValid())
+        throw std::runtime_error("cannot make a temporary folder");
+    dir_.setAutoRemove(!qEnvironmentVariableIsSet("KEEP_WINE_PREFIX"));
+    const QString from = templatePrefix();
+    QDir().mkpath(driveC());
+    runChecked(QStringLiteral("cp"), {QStringLiteral("-al"), from + QStringLiteral("/drive_c/windows"), driveC()});
+    for (const QString &entry :
+         QDir(from + QStringLiteral("/drive_c")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+        if (entry != QStringLiteral("windows"))
+            runChecked(QStringLiteral("cp"),
+                       {QStringLiteral("-a"), from + QStringLiteral("/drive_c/") + entry, driveC()});
+    }
+    for (const QString &entry : QDir(from).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        if (entry != QStringLiteral("drive_c"))
+            runChecked(QStringLiteral("cp"), {QStringLiteral("-a"), from + QLatin1Char('/') + entry, prefix()});
+    }
+    QFile::remove(linuxPath(wmicFolder + QStringLiteral("\\wmic.exe")));
+    hardLink(QStringLiteral(SUITEDEPLOYER_WINDOWS_PROGRAM), linuxPath(deployer));
+    hardLink(QStringLiteral(WIZARD_LAUNCHER), linuxPath(launcher));
+    QDir().mkpath(path(Place::Scratch));
+    environment_ = wineEnvironment(prefix(), dir_.path() + QStringLiteral("/home"));
+}
+
+WineTestMachine::~WineTestMachine()
+{
+    for (const char *option : {"-k", "-w"}) {
+        QProcess server;
+        server.setProcessEnvironment(environment_);
+        server.start(QStringLiteral(WINE_SERVER), {QString::fromLatin1(option)});
+        if (!server.waitForFinished(toolHangGuardMilliseconds))
+            server.kill();
+        server.waitForFinished();
+    }
+}
+
+QString WineTestMachine::prefix() const
+{
+    return dir_.path() + QStringLiteral("/prefix");
+}
+
+QString WineTestMachine::driveC() const
+{
+    return prefix() + QStringLiteral("/drive_c");
+}
+
+QString WineTestMachine::linuxPath(const QString &windowsPath) const
+{
+    return driveC() + QLatin1Char('/') + windowsPath.mid(3).replace(QLatin1Char('\\'), QLatin1Char('/'));
+}
+
+QString WineTestMachine::path(Place place, const QString &relative) const
+{
+    return linuxPath(toolPath(place, relative));
+}
+
+QString WineTestMachine::toolPath(Place place, const QString &relative) const
+{
+    QString result = placeFolder(place);
+    if (!relative.isEmpty())
+        result += QLatin1Char('\\') + QString(relative).replace(QLatin1Char('/'), QLatin1Char('\\'));
+    return result;
+}
+
+QString WineTestMachine::comparable(const QString &text) const
+{
+    return QString(text)
+        .replace(QLatin1Char('\\'), QLatin1Char('/'))
+        .replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+// Wine takes the user's locale from the locale variables of each program it starts.
+void WineTestMachine::setSystemLocale(const QString &locale)
+{
+    environment_.remove(QStringLiteral("LANGUAGE"));
+    environment_.remove(QStringLiteral("LANG"));
+    environment_.insert(QStringLiteral("LC_ALL"), locale);
+}
+
+void WineTestMachine::seedRegistry(const QByteArray &sections)
+{
+    // Wine's registry editor reads a version 5 file as UTF-16 with a byte-order mark.
+    const QString text =
+        QStringLiteral("Windows Registry Editor Version 5.00\r\n\r\n") +
+        QString::fromUtf8(sections).remove(QLatin1Char('\r')).replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    const QString file = dir_.path() + QStringLiteral("/seed.reg");
+    QFile out(file);
+    const QByteArray bytes =
+        QByteArray("\xff\xfe") + QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size())
+        throw std::runtime_error("cannot write " + file.toStdString());
+    out.close();
+    const DeployerRun run = runWindowsProgram(
+        QStringLiteral("regedit"),
+        {QStringLiteral("/S"), QStringLiteral("Z:") + QString(file).replace(QLatin1Char('/'), QLatin1Char('\\'))});
+    if (!run.exitedNormally || run.exitCode != 0)
+        throw std::runtime_error("regedit could not import " + file.toStdString());
+}
+
+QSettings::SettingsMap WineTestMachine::registryValues(const QString &key) const
+{
+    const QString file = dir_.path() + QStringLiteral("/export.reg");
+    QFile::remove(file);
+    const DeployerRun run = runWindowsProgram(
+        QStringLiteral("reg"),
+        {QStringLiteral("export"), key,
+         QStringLiteral("Z:") + QString(file).replace(QLatin1Char('/'), QLatin1Char('\\')), QStringLiteral("/y")});
+    QFile exported(file);
+    if (!run.exitedNormally || run.exitCode != 0 || !exported.open(QIODevice::ReadOnly))
+        return {};
+    return valuesBelow(exported.readAll(), key);
+}
+
+QString WineTestMachine::linkTarget(const QString &linkPath) const
+{
+    const QFileInfo link(linkPath);
+    if (link.isSymLink())
+        return link.symLinkTarget();
+    QFile file(linkPath);
+    if (!link.isFile() || !file.open(QIODevice::ReadOnly))
+        return {};
+    const ShellLink shellLink = readShellLink(file.readAll());
+    return shellLink.valid ? shellLink.target : QString();
+}
+
+namespace {
+
+class WaitingProgram : public RunningProgram
+{
+public:
+    WaitingProgram(const QProcessEnvironment &environment, const QString &workingFolder, const QString &windowsPath)
+        : program_(environment, workingFolder, windowsPath)
+    {
+    }
+    bool isRunning() const override { return program_.firstLine() == "running"; }
+
+private:
+    RunningWindowsProgram program_;
+};
+
+} // namespace
+
+std::unique_ptr<RunningProgram> WineTestMachine::startProgram(const QString &imageName) const
+{
+    const QString image = toolPath(Place::Scratch, QStringLiteral("bin/") + imageName);
+    if (!QFile::exists(linuxPath(image)))
+        hardLink(QStringLiteral(WAITING_HELPER), linuxPath(image));
+    return std::make_unique<WaitingProgram>(environment_, path(Place::WorkingFolder), image);
+}
+
+void WineTestMachine::installFakeWmic(const QByteArray &output, const QByteArray &errorOutput)
+{
+    const QString data = linuxPath(wmicFolder + QStringLiteral("\\fake-wmic"));
+    QDir().mkpath(data);
+    for (const auto &[name, bytes] : {std::pair{"stdout", output}, std::pair{"stderr", errorOutput}}) {
+        QFile file(data + QLatin1Char('/') + QLatin1String(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            throw std::runtime_error("cannot write the fake wmic's " + std::string(name));
+    }
+    // A new file where the template's hard link stood: the template stays as it is.
+    QFile::remove(linuxPath(wmicFolder + QStringLiteral("\\wmic.exe")));
+    if (!QFile::copy(QStringLiteral(FAKE_WMIC), linuxPath(wmicFolder + QStringLiteral("\\wmic.exe"))))
+        throw std::runtime_error("cannot put the fake wmic.exe in place");
+}
+
+QString WineTestMachine::fakeWmicArguments() const
+{
+    QFile file(linuxPath(wmicFolder + QStringLiteral("\\fake-wmic\\arguments")));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll());
+}
+
+DeployerRun WineTestMachine::runWindowsProgram(const QString &program, const QStringList &arguments) const
+{
+    return runProgram(QStringLiteral(WINE_LOADER), environment_, path(Place::WorkingFolder),
+                      QStringList{program} + arguments, toolHangGuardMilliseconds);
+}
+
+DeployerRun WineTestMachine::runTool(const QStringList &arguments, const QMap<QString, QString> &environment) const
+{
+    QStringList launch;
+    for (auto variable = environment.begin(); variable != environment.end(); ++variable) {
+        if (variable.value().isNull())
+            launch << QStringLiteral("--unset") << variable.key();
+        else
+            launch << QStringLiteral("--set") << variable.key() + QLatin1Char('=') + variable.value();
+    }
+    launch << QStringLiteral("--") << deployer;
+    return runProgram(QStringLiteral(WINE_LOADER), environment_, path(Place::WorkingFolder),
+                      QStringList{launcher} + launch + arguments);
+}
