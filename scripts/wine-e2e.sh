@@ -12,24 +12,8 @@
 #   SUITEDEPLOYER_WINDOWS_PROGRAM  drive this exe instead (it is not built then)
 #   KEEP_WINE_PREFIX=1             keep each machine's prefix (below ${TMPDIR:-/tmp})
 set -euo pipefail
-source "$(dirname "$0")/bootstrap.sh"
+source "$(dirname "$0")/wine-suite.sh"
 
-ensure_packages "${BUILD_PACKAGES[@]}" "${WINE_PACKAGES[@]}"
-
-program=${SUITEDEPLOYER_WINDOWS_PROGRAM:-$SUITEDEPLOYER_ROOT/build-windows/src/installer/utils/SuiteDeployer.exe}
-if [ ! -f "$program" ]; then
-  if [ -n "${SUITEDEPLOYER_WINDOWS_PROGRAM:-}" ]; then
-    echo "There is no program $program" >&2
-    exit 1
-  fi
-  "$SUITEDEPLOYER_ROOT/scripts/build-windows.sh"
-fi
-
-build="$SUITEDEPLOYER_ROOT/build-wine-road"
-cmake -S "$SUITEDEPLOYER_ROOT/tests/wine" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DSUITEDEPLOYER_WINDOWS_PROGRAM="$program" >/dev/null
-cmake --build "$build" -j"$(nproc)" --target WineE2ETest
-
-echo "Driving $program ($(sha256sum "$program" | cut -c1-16)...)"
+build_wine_suite WineE2ETest
 cd "$build"
 exec ./WineE2ETest --gtest_output="xml:$build/wine-e2e.xml" "$@"

@@ -41,7 +41,9 @@ QString registryText(const QByteArray &exported)
     return text;
 }
 
-void runTool(const QProcessEnvironment &environment, const QString &program, const QStringList &arguments)
+} // namespace
+
+void runChecked(const QProcessEnvironment &environment, const QString &program, const QStringList &arguments)
 {
     const DeployerRun run = runProgram(program, environment, QDir::tempPath(), arguments, toolHangGuardMilliseconds);
     if (!run.exitedNormally || run.exitCode != 0)
@@ -50,7 +52,19 @@ void runTool(const QProcessEnvironment &environment, const QString &program, con
                                      .toStdString());
 }
 
-} // namespace
+void stopWineServer(const QProcessEnvironment &environment, bool kill)
+{
+    const QStringList options =
+        kill ? QStringList{QStringLiteral("-k"), QStringLiteral("-w")} : QStringList{QStringLiteral("-w")};
+    for (const QString &option : options) {
+        QProcess server;
+        server.setProcessEnvironment(environment);
+        server.start(QStringLiteral(WINE_SERVER), {option});
+        if (!server.waitForFinished(toolHangGuardMilliseconds))
+            server.kill();
+        server.waitForFinished();
+    }
+}
 
 const QString WinePrefix::userName = QStringLiteral("wizard");
 
@@ -90,28 +104,15 @@ WinePrefix::WinePrefix()
     // stays until it is told to end is started into it first.
     QDir().mkpath(prefixFolder(dir_));
     QDir().mkpath(homeFolder(dir_));
-    runTool(environment(), QStringLiteral(WINE_SERVER), {QStringLiteral("-p")});
-    runTool(environment(), QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")});
+    runChecked(environment(), QStringLiteral(WINE_SERVER), {QStringLiteral("-p")});
+    runChecked(environment(), QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")});
     if (!QFileInfo(driveC()).isDir())
         throw std::runtime_error("wineboot made no drive C in " + root().toStdString());
 }
 
 WinePrefix::~WinePrefix()
 {
-    stopServer();
-}
-
-void WinePrefix::stopServer() const
-{
-    const QProcessEnvironment environment = this->environment();
-    for (const char *option : {"-k", "-w"}) {
-        QProcess server;
-        server.setProcessEnvironment(environment);
-        server.start(QStringLiteral(WINE_SERVER), {QString::fromLatin1(option)});
-        if (!server.waitForFinished(toolHangGuardMilliseconds))
-            server.kill();
-        server.waitForFinished();
-    }
+    stopWineServer(environment(), true);
 }
 
 QString WinePrefix::root() const
@@ -167,8 +168,8 @@ void WinePrefix::importRegistry(const QByteArray &regText) const
     if (!text.open(QIODevice::WriteOnly) || text.write(regText) != regText.size())
         throw std::runtime_error("cannot write " + file.toStdString());
     text.close();
-    runTool(environment(), QStringLiteral(WINE_LOADER),
-            {QStringLiteral("regedit"), QStringLiteral("/S"), onDriveZ(file)});
+    runChecked(environment(), QStringLiteral(WINE_LOADER),
+               {QStringLiteral("regedit"), QStringLiteral("/S"), onDriveZ(file)});
     text.remove();
 }
 

@@ -14,6 +14,14 @@
 // builder, and nothing of the caller's desktop, language or Wine set-up.
 QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home);
 
+// Runs a Linux program, Wine's tools among them, and throws
+// std::runtime_error with its error output when it fails or hangs.
+void runChecked(const QProcessEnvironment &environment, const QString &program, const QStringList &arguments);
+
+// Waits until the prefix's wineserver has ended, which writes the registry
+// to the prefix's files; with `kill`, it is told to end first.
+void stopWineServer(const QProcessEnvironment &environment, bool kill);
+
 // A throw-away Wine prefix in a temporary folder, beside a home folder of its
 // own, so that nothing of the user's ~/.wine, desktop or menus is touched. Its
 // wineserver stays for the prefix's whole life, so that each program starts
@@ -54,8 +62,6 @@ public:
     void importRegistry(const QByteArray &regText) const;
 
 private:
-    void stopServer() const;
-
     QTemporaryDir dir_;
 };
 

@@ -42,15 +42,10 @@ QString placeFolder(Place place)
     return scratch;
 }
 
-void runChecked(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment = {})
+// cp and the like, with the test's own environment.
+void runLinuxTool(const QString &program, const QStringList &arguments)
 {
-    const DeployerRun run =
-        runProgram(program, environment.isEmpty() ? QProcessEnvironment::systemEnvironment() : environment,
-                   QDir::tempPath(), arguments, toolHangGuardMilliseconds);
-    if (!run.exitedNormally || run.exitCode != 0)
-        throw std::runtime_error((program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) +
-                                  QStringLiteral(" failed: ") + QString::fromLocal8Bit(run.standardError))
-                                     .toStdString());
+    runChecked(QProcessEnvironment::systemEnvironment(), program, arguments);
 }
 
 void hardLink(const QString &from, const QString &to)
@@ -59,18 +54,6 @@ void hardLink(const QString &from, const QString &to)
     QFile::remove(to);
     if (::link(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
         throw std::runtime_error("cannot link " + from.toStdString() + " to " + to.toStdString());
-}
-
-// Wine's server keeps the registry in memory and writes it to the prefix's
-// files when it ends: only then can a prefix be copied.
-void waitForServer(const QProcessEnvironment &environment)
-{
-    QProcess server;
-    server.setProcessEnvironment(environment);
-    server.start(QStringLiteral(WINE_SERVER), {QStringLiteral("-w")});
-    if (!server.waitForFinished(toolHangGuardMilliseconds))
-        server.kill();
-    server.waitForFinished();
 }
 
 // The prefix that every machine of this test program copies: the one that the
@@ -85,8 +68,9 @@ QString templatePrefix()
         const QString prefix = made.path() + QStringLiteral("/prefix");
         QDir().mkpath(prefix);
         const QProcessEnvironment environment = wineEnvironment(prefix, made.path() + QStringLiteral("/home"));
-        runChecked(QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")}, environment);
-        waitForServer(environment);
+        runChecked(environment, QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")});
+        // Only a server that has ended has written the registry into the prefix's files.
+        stopWineServer(environment, false);
         QFile::remove(prefix + QStringLiteral("/drive_c/windows/system32/wbem/wmic.exe"));
         return true;
     }();
@@ -102,16 +86,16 @@ WineTestMachine::WineTestMachine()
     dir_.setAutoRemove(!qEnvironmentVariableIsSet("KEEP_WINE_PREFIX"));
     const QString from = templatePrefix();
     QDir().mkpath(driveC());
-    runChecked(QStringLiteral("cp"), {QStringLiteral("-al"), from + QStringLiteral("/drive_c/windows"), driveC()});
+    runLinuxTool(QStringLiteral("cp"), {QStringLiteral("-al"), from + QStringLiteral("/drive_c/windows"), driveC()});
     for (const QString &entry :
          QDir(from + QStringLiteral("/drive_c")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
         if (entry != QStringLiteral("windows"))
-            runChecked(QStringLiteral("cp"),
-                       {QStringLiteral("-a"), from + QStringLiteral("/drive_c/") + entry, driveC()});
+            runLinuxTool(QStringLiteral("cp"),
+                         {QStringLiteral("-a"), from + QStringLiteral("/drive_c/") + entry, driveC()});
     }
     for (const QString &entry : QDir(from).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
         if (entry != QStringLiteral("drive_c"))
-            runChecked(QStringLiteral("cp"), {QStringLiteral("-a"), from + QLatin1Char('/') + entry, prefix()});
+            runLinuxTool(QStringLiteral("cp"), {QStringLiteral("-a"), from + QLatin1Char('/') + entry, prefix()});
     }
     QFile::remove(linuxPath(wmicFolder + QStringLiteral("\\wmic.exe")));
     hardLink(QStringLiteral(SUITEDEPLOYER_WINDOWS_PROGRAM), linuxPath(deployer));
@@ -122,14 +106,7 @@ WineTestMachine::WineTestMachine()
 
 WineTestMachine::~WineTestMachine()
 {
-    for (const char *option : {"-k", "-w"}) {
-        QProcess server;
-        server.setProcessEnvironment(environment_);
-        server.start(QStringLiteral(WINE_SERVER), {QString::fromLatin1(option)});
-        if (!server.waitForFinished(toolHangGuardMilliseconds))
-            server.kill();
-        server.waitForFinished();
-    }
+    stopWineServer(environment_, true);
 }
 
 QString WineTestMachine::prefix() const

@@ -1,6 +1,7 @@
 #include "FileLinks.h"
 #include "Machine.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -34,4 +35,16 @@ TEST(FileLinksLinuxTest, ALinkWhoseTargetIsGoneStillHoldsItsName)
     ASSERT_TRUE(makeLink(machine.path("suite/Tintara 5.exe"), machine.path("Tintara 5.lnk")));
     QFile::remove(machine.path("suite/Tintara 5.exe"));
     EXPECT_FALSE(makeLink(machine.path("suite/Other.exe"), machine.path("Tintara 5.lnk")));
+}
+
+TEST(FileLinksLinuxTest, LettersOfEveryLanguageStayAsTheyAre)
+{
+    const Machine machine;
+    machine.writeFile("Suíte Пробный 套件/Tintara 5.exe", "exe");
+    const QString target = machine.path("Suíte Пробный 套件/Tintara 5.exe");
+    const QString link = machine.path("Меню 開始/Tintara 5.lnk");
+    QDir().mkpath(machine.path("Меню 開始"));
+    ASSERT_TRUE(makeLink(target, link));
+    EXPECT_EQ(QFileInfo(link).symLinkTarget(), target);
+    EXPECT_FALSE(makeLink(target, link));
 }
