@@ -48,3 +48,15 @@ TEST(FileLinksLinuxTest, LettersOfEveryLanguageStayAsTheyAre)
     EXPECT_EQ(QFileInfo(link).symLinkTarget(), target);
     EXPECT_FALSE(makeLink(target, link));
 }
+
+TEST(FileLinksLinuxTest, ADeepTargetIsLinkedAndOneBeyondTheLongestPathIsNot)
+{
+    const Machine machine;
+    const QString deep = QString("a folder name of forty characters here/").repeated(8) + "Tintara 5.exe";
+    machine.writeFile(deep, "exe");
+    EXPECT_TRUE(makeLink(machine.path(deep), machine.path("Deep.lnk")));
+    EXPECT_EQ(QFileInfo(machine.path("Deep.lnk")).symLinkTarget(), machine.path(deep));
+    const QString tooLong = machine.path(QString(longestLinkPath(), 'x'));
+    EXPECT_FALSE(makeLink(tooLong, machine.path("Long.lnk")));
+    EXPECT_FALSE(QFileInfo(machine.path("Long.lnk")).isSymLink());
+}

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string>
+#include <vector>
 #include <system_error>
 
 // Not std::filesystem::copy: mingw-w64's library tells files apart by the
@@ -12,25 +14,68 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// A path beyond MAX_PATH goes to the system in its extended-length form,
+// which no system setting limits; shorter ones go as they are. Every call
+// here is the system's own: the C runtime under the standard library takes no
+// such form. Error messages give the path as the caller did.
+std::wstring win32Path(const fs::path &path)
+{
+    std::wstring text = path.native();
+    if (text.size() < MAX_PATH || !path.is_absolute() || text.rfind(L"\\\\", 0) == 0)
+        return text;
+    for (wchar_t &character : text) {
+        if (character == L'/')
+            character = L'\\';
+    }
+    return L"\\\\?\\" + text;
+}
+
 std::error_code lastError()
 {
     return std::error_code(static_cast<int>(GetLastError()), std::system_category());
 }
 
-// A path that isn't there has a status of its own; that is no error here.
+// A path that isn't there has a status of its own; that is no error here. A
+// link counts as what it leads to, which the copy follows.
 fs::file_status statusOf(const fs::path &path, std::error_code &error)
 {
-    const fs::file_status status = fs::status(path, error);
-    if (status.type() == fs::file_type::not_found)
-        error.clear();
-    return status;
+    const DWORD attributes = GetFileAttributesW(win32Path(path).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        const DWORD code = GetLastError();
+        if (code != ERROR_FILE_NOT_FOUND && code != ERROR_PATH_NOT_FOUND)
+            error = std::error_code(static_cast<int>(code), std::system_category());
+        return fs::file_status(fs::file_type::not_found);
+    }
+    return fs::file_status((attributes & FILE_ATTRIBUTE_DIRECTORY) ? fs::file_type::directory : fs::file_type::regular);
+}
+
+// The names in a folder, without "." and "..".
+std::vector<std::wstring> namesIn(const fs::path &folder, std::error_code &error)
+{
+    std::vector<std::wstring> names;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW((win32Path(folder) + L"\\*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        error = lastError();
+        return names;
+    }
+    do {
+        const std::wstring name = found.cFileName;
+        if (name != L"." && name != L"..")
+            names.push_back(name);
+    } while (FindNextFileW(search, &found));
+    if (GetLastError() != ERROR_NO_MORE_FILES)
+        error = lastError();
+    FindClose(search);
+    return names;
 }
 
 // The volume's serial number and the file's index on it, whichever path leads there.
 bool identify(const fs::path &path, BY_HANDLE_FILE_INFORMATION &identity)
 {
-    const HANDLE handle = CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    const HANDLE handle =
+        CreateFileW(win32Path(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return false;
     const bool known = GetFileInformationByHandle(handle, &identity) != FALSE;
@@ -58,30 +103,49 @@ std::error_code conflictOf(const fs::path &from, const fs::path &to, fs::file_st
     return {};
 }
 
+// CopyFileW gives the copy the source's attributes, and refuses to replace a
+// read-only file: an earlier copy of a read-only source would block every update.
+void allowReplacing(const fs::path &target)
+{
+    const DWORD attributes = GetFileAttributesW(win32Path(target).c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) &&
+        !(attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+        SetFileAttributesW(win32Path(target).c_str(), attributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
+}
+
 void copyFile(const fs::path &from, const fs::path &to, std::error_code &error)
 {
     const fs::file_status target = statusOf(to, error);
     if (error)
         return;
-    if (fs::exists(target) && !fs::is_regular_file(target))
+    if (fs::exists(target) && !fs::is_regular_file(target)) {
         error = std::make_error_code(std::errc::invalid_argument);
-    else if (fs::exists(target) && isSameFile(from, to))
+        return;
+    }
+    if (fs::exists(target) && isSameFile(from, to)) {
         error = std::make_error_code(std::errc::file_exists);
-    else if (!CopyFileW(from.c_str(), to.c_str(), FALSE))
-        error = lastError();
+        return;
+    }
+    if (fs::exists(target))
+        allowReplacing(to);
+    // The file that a running host holds is the one to name, not the folders.
+    if (!CopyFileW(win32Path(from).c_str(), win32Path(to).c_str(), FALSE))
+        throw fs::filesystem_error("cannot copy", from, to, lastError());
 }
 
 void copyEntry(const fs::path &from, const fs::path &to, std::error_code &error);
 
 void copyFolder(const fs::path &from, const fs::path &to, fs::file_status target, std::error_code &error)
 {
-    if (!fs::exists(target) && !fs::create_directory(to, from, error) && error)
+    // The new folder takes the attributes of the source's, as the standard copy does.
+    if (!fs::exists(target) && !CreateDirectoryExW(win32Path(from).c_str(), win32Path(to).c_str(), nullptr)) {
+        error = lastError();
         return;
-    fs::directory_iterator entry(from, error);
-    while (!error && entry != fs::directory_iterator()) {
-        copyEntry(entry->path(), to / entry->path().filename(), error);
-        if (!error)
-            entry.increment(error);
+    }
+    for (const std::wstring &name : namesIn(from, error)) {
+        if (error)
+            return;
+        copyEntry(from / name, to / name, error);
     }
 }
 
