@@ -1,10 +1,11 @@
 #include "DeployerRun.h"
 #include "HostMachine.h"
-#include "Machine.h"
+#include "LinuxTestMachine.h"
 #include "MachineLog.h"
 #include "MachineSnapshot.h"
 #include "RegistryHiveFormat.h"
 #include "SuiteRoot.h"
+#include "TestMachine.h"
 #include "UnprivilegedRun.h"
 
 #include <QDir>
@@ -21,6 +22,8 @@ namespace {
 
 const QJsonArray someProducts = {"Grainwick 3", "Tintara 5", "Rectilo", "Graymere 2", "Lumbrio 3"};
 const QStringList wholeMachine = {"home", "etc", "usr", "ProgramData", "suite", "hosts"};
+const char *const withoutRights = "runs the tool as a user without rights on some folders, which only the Linux "
+                                  "build's machine can";
 const QString userHive = "home/.config/winreg/HKEY_CURRENT_USER.reg";
 const QByteArray foreignMachineKeys = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Adobe\\Photoshop\\120.0]\n"
                                       "\"PluginPath\"=\"/opt/ps/Plug-ins\"\n\n"
@@ -42,13 +45,15 @@ void setTreeWritable(const QString &folder, bool writable)
     QFile::setPermissions(folder, read | search | write);
 }
 
+// The tests that run the tool without rights, or with the XDG variables, work
+// on the Linux build's own machine (`machine` below); the others on either.
 class FaultsE2ETest : public testing::Test
 {
 protected:
     FaultsE2ETest()
     {
-        suiteRoot::create(root());
-        QDir().mkpath(photoshop());
+        suiteRoot::create(testMachine->path(Place::Scratch, "suite"));
+        QDir().mkpath(testMachine->path(Place::Scratch, "hosts/Photoshop/Plug-ins"));
     }
 
     ~FaultsE2ETest() override
@@ -57,13 +62,12 @@ protected:
             setTreeWritable(folder, true);
     }
 
-    QString root() const { return machine.path("suite"); }
-    QString photoshop() const { return machine.path("hosts/Photoshop/Plug-ins"); }
+    QString root() const { return testMachine->toolPath(Place::Scratch, "suite"); }
+    QString photoshop() const { return testMachine->toolPath(Place::Scratch, "hosts/Photoshop/Plug-ins"); }
     QString lightroom() const { return machine.path("lightroom"); }
     QString configHome() const { return machine.path("home/.local/share/Tavrin"); }
-    QString startMenu() const { return machine.path("usr/share/applications/Tavrin Orv Collection"); }
-    QString samples() const { return machine.path("home/Pictures/Rectilo Samples"); }
     QString collectionFile() const { return machine.path("ProgramData/Tavrin/Orv Collection/OrvCollection.cfg"); }
+    QStringList startMenu() const { return testMachine->entries(Place::StartMenu, "Tavrin Orv Collection"); }
 
     static QJsonObject host(const QString &appName, const QString &pluginPath, int type)
     {
@@ -115,8 +119,9 @@ protected:
         EXPECT_TRUE(contentOf(configHome() + "/Rectilo/Rectilo.cfg").contains("<key name=\"Language\""));
         EXPECT_TRUE(contentOf(configHome() + "/Orv Collection/OrvCollection.cfg").contains("value=\"en-GB\""));
         EXPECT_TRUE(contentOf(collectionFile()).contains("<key name=\"AllowSending\" type=\"bool\" value=\"1\"/>"));
-        EXPECT_FALSE(entries(startMenu()).isEmpty());
-        EXPECT_EQ(entries(samples()), (QStringList{"Harbour.jpg", "Sign.jpg", "Sunset.jpg"}));
+        EXPECT_FALSE(startMenu().isEmpty());
+        EXPECT_EQ(testMachine->entries(Place::CommonPictures, "Rectilo Samples"),
+                  (QStringList{"Harbour.jpg", "Sign.jpg", "Sunset.jpg"}));
     }
 
     void expectTheApplicationDataMoved() const
@@ -125,16 +130,23 @@ protected:
         EXPECT_FALSE(QFileInfo::exists(root() + "/appData"));
     }
 
-    QString linkedPlugin(const QString &hostFolder) const
+    // The link to Graymere's filter in a host folder, `relative` below Scratch.
+    QString linkedPlugin(const QString &relative) const
     {
-        return QFileInfo(hostFolder + "/Tavrin/Graymere 2/Graymere 2.8bf.lnk").symLinkTarget();
+        return testMachine->comparable(testMachine->linkTarget(
+            testMachine->path(Place::Scratch, relative + "/Tavrin/Graymere 2/Graymere 2.8bf.lnk")));
     }
+    QString graymere() const { return testMachine->comparable(root() + "/Graymere 2/Graymere 2.8bf"); }
 
     QByteArray log() const { return machineLog(machine); }
 
-    Machine machine;
+    const std::unique_ptr<TestMachine> testMachine = newTestMachine();
+    // The Linux build's machine, for the tests that only it can run; under Wine a bystander.
+    const Machine &machine =
+        testMachine->isWine() ? spareMachine_ : dynamic_cast<LinuxTestMachine &>(*testMachine).machine();
 
 private:
+    Machine spareMachine_;
     QStringList readOnly_;
 };
 
@@ -148,6 +160,7 @@ QJsonObject answerBehindLogLines(const QByteArray &standardOutput)
 
 TEST_F(FaultsE2ETest, AReadOnlySuiteRootIsInstalledFromAndLeftAsItWas)
 {
+    SKIP_UNDER_WINE(withoutRights);
     makeReadOnly(root());
     const QString before = snapshotOf("suite");
     const QStringList owned = {"home", "etc", "usr", "ProgramData", "hosts"};
@@ -157,12 +170,13 @@ TEST_F(FaultsE2ETest, AReadOnlySuiteRootIsInstalledFromAndLeftAsItWas)
     EXPECT_TRUE(log().contains("] Failed to create text file " + root().toUtf8() + "/Rectilo/Rectilo.cfg\n"));
     EXPECT_TRUE(log().contains("] Failed to completely delete folder " + root().toUtf8() + "/pictures\n"));
     EXPECT_TRUE(log().contains("] Failed to completely delete folder " + root().toUtf8() + "/appData\n"));
-    EXPECT_EQ(linkedPlugin(photoshop()), root() + "/Graymere 2/Graymere 2.8bf");
+    EXPECT_EQ(linkedPlugin("hosts/Photoshop/Plug-ins"), graymere());
     expectTheUsersAndMachinesPartsDone();
 }
 
 TEST_F(FaultsE2ETest, ReadOnlyHostFoldersAreLoggedAndTheRestIsDone)
 {
+    SKIP_UNDER_WINE(withoutRights);
     const QString locked = machine.path("locked/Plug-ins");
     machine.writeFile("locked/Plug-ins/Tavrin/Grainwick 3/earlier.8bf.lnk", "from an earlier installation");
     machine.writeFile("locked/Plug-ins/Other Maker/filter.8bf", "someone else's");
@@ -180,13 +194,14 @@ TEST_F(FaultsE2ETest, ReadOnlyHostFoldersAreLoggedAndTheRestIsDone)
     EXPECT_TRUE(log().contains("] Failed to create directory " + locked.toUtf8() + "/Tavrin/Tintara 5\n"));
     EXPECT_TRUE(
         log().contains("] Failed to create directory " + lightroom().toUtf8() + "/Modules/PluginParam.lrplugin\n"));
-    EXPECT_EQ(linkedPlugin(photoshop()), root() + "/Graymere 2/Graymere 2.8bf");
+    EXPECT_EQ(linkedPlugin("hosts/Photoshop/Plug-ins"), graymere());
     expectTheUsersAndMachinesPartsDone();
     expectTheApplicationDataMoved();
 }
 
 TEST_F(FaultsE2ETest, WithoutRightsOnTheMachineHiveOnlyTheUsersValuesAreWritten)
 {
+    SKIP_UNDER_WINE(withoutRights);
     hostMachine::writeMachineHive(machine, foreignMachineKeys);
     const QByteArray machineHiveBefore = contentOf(machine.path(hostMachine::machineHive));
     const QString hiveFolder = QFileInfo(machine.path(hostMachine::machineHive)).path();
@@ -208,22 +223,23 @@ TEST_F(FaultsE2ETest, WithoutRightsOnTheMachineHiveOnlyTheUsersValuesAreWritten)
 
 TEST_F(FaultsE2ETest, ProgramDataNamingAMissingFolderLosesOnlyTheMachineFile)
 {
-    QProcessEnvironment environment = machine.environment();
-    environment.insert("ProgramData", machine.path("Missing"));
+    const QMap<QString, QString> environment{{"ProgramData", testMachine->toolPath(Place::Scratch, "Missing")}};
     const QJsonObject installation = request({host("Photoshop", photoshop(), 0)});
-    completedQuietly(runDeployer(environment, machine.root(), {"--install", encodeRequest(installation)}));
-    EXPECT_TRUE(log().contains("] Failed to find program data folder!\n"));
-    EXPECT_FALSE(QFileInfo::exists(machine.path("Missing/Tavrin/Orv Collection")));
-    EXPECT_EQ(contentOf(machine.path("Missing/Tavrin/Licenses/Orv.lic")), suiteRoot::contentOf("Orv.lic"));
-    EXPECT_EQ(linkedPlugin(photoshop()), root() + "/Graymere 2/Graymere 2.8bf");
-    EXPECT_FALSE(entries(startMenu()).isEmpty());
-    completedQuietly(runDeployer(environment, machine.root(), {"--uninstall", encodeRequest({})}));
-    EXPECT_FALSE(QFileInfo::exists(startMenu()));
+    completedQuietly(testMachine->run({"--install", encodeRequest(installation)}, environment));
+    EXPECT_TRUE(testMachine->logContains("] Failed to find program data folder!\n"));
+    EXPECT_FALSE(testMachine->exists(Place::Scratch, "Missing/Tavrin/Orv Collection"));
+    EXPECT_EQ(testMachine->readFile(Place::Scratch, "Missing/Tavrin/Licenses/Orv.lic"),
+              suiteRoot::contentOf("Orv.lic"));
+    EXPECT_EQ(linkedPlugin("hosts/Photoshop/Plug-ins"), graymere());
+    EXPECT_FALSE(startMenu().isEmpty());
+    completedQuietly(testMachine->run({"--uninstall", encodeRequest({})}, environment));
+    EXPECT_FALSE(testMachine->exists(Place::StartMenu, "Tavrin Orv Collection"));
 }
 
 // Without the variable the machine's data lies in /var/lib, which is not the test's to write.
 TEST_F(FaultsE2ETest, WithoutProgramDataTheMachinesDataFailsAndTheRestIsDone)
 {
+    SKIP_UNDER_WINE("the Linux build's fallback for a missing ProgramData variable is /var/lib");
     if (QFileInfo::exists("/var/lib/Tavrin") || (!runsAsAnotherUser() && ::access("/var/lib", W_OK) == 0))
         GTEST_SKIP() << "this user may write /var/lib, or /var/lib/Tavrin exists";
     QProcessEnvironment environment = machine.environment();
@@ -236,14 +252,15 @@ TEST_F(FaultsE2ETest, WithoutProgramDataTheMachinesDataFailsAndTheRestIsDone)
     EXPECT_TRUE(log().contains("] failed to move files "));
     EXPECT_FALSE(QFileInfo::exists("/var/lib/Tavrin"));
     EXPECT_TRUE(contentOf(configHome() + "/Orv Collection/OrvCollection.cfg").contains("value=\"en-GB\""));
-    EXPECT_EQ(linkedPlugin(photoshop()), root() + "/Graymere 2/Graymere 2.8bf");
-    EXPECT_FALSE(entries(startMenu()).isEmpty());
+    EXPECT_EQ(linkedPlugin("hosts/Photoshop/Plug-ins"), graymere());
+    EXPECT_FALSE(startMenu().isEmpty());
     completedQuietly(runDeployerWithoutRights(machine, environment, wholeMachine, {"--uninstall", encodeRequest({})}));
-    EXPECT_FALSE(QFileInfo::exists(startMenu()));
+    EXPECT_FALSE(testMachine->exists(Place::StartMenu, "Tavrin Orv Collection"));
 }
 
 TEST_F(FaultsE2ETest, WithEveryLogRootReadOnlyTheReportIsStillAnswered)
 {
+    SKIP_UNDER_WINE(withoutRights);
     for (const char *logRoot : {"home/.config", "home/.local/share", "ProgramData"})
         makeReadOnly(machine.path(logRoot));
     const DeployerRun run = runDeployerWithoutRights(machine, {}, {});
@@ -258,6 +275,7 @@ TEST_F(FaultsE2ETest, WithEveryLogRootReadOnlyTheReportIsStillAnswered)
 
 TEST_F(FaultsE2ETest, WithEveryLogRootAFileTheRunsStillComplete)
 {
+    SKIP_UNDER_WINE("the XDG variables that name the log roots are the Linux build's");
     QProcessEnvironment environment = machine.environment();
     for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "ProgramData"}) {
         machine.writeFile(QString(variable) + ".file", "a file where a folder should be");
@@ -272,8 +290,8 @@ TEST_F(FaultsE2ETest, WithEveryLogRootAFileTheRunsStillComplete)
     EXPECT_TRUE(run.exitedNormally);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_TRUE(run.standardOutput.endsWith('\n'));
-    EXPECT_EQ(linkedPlugin(photoshop()), root() + "/Graymere 2/Graymere 2.8bf");
-    EXPECT_FALSE(entries(startMenu()).isEmpty());
+    EXPECT_EQ(linkedPlugin("hosts/Photoshop/Plug-ins"), graymere());
+    EXPECT_FALSE(startMenu().isEmpty());
 }
 
 // The first root can't even be looked into: the folder check throws, and the
@@ -281,9 +299,30 @@ TEST_F(FaultsE2ETest, WithEveryLogRootAFileTheRunsStillComplete)
 // The wizard sees no answer and goes on; nothing on the machine was changed.
 TEST_F(FaultsE2ETest, ALogRootThatCannotBeSearchedEndsTheRunBeforeAnyJob)
 {
+    SKIP_UNDER_WINE(withoutRights);
     QFile::setPermissions(machine.path("home/.config"), QFile::Permissions());
     const DeployerRun run = runDeployerWithoutRights(machine, {}, {});
     QFile::setPermissions(machine.path("home/.config"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_FALSE(run.exitedNormally && run.exitCode == 0);
     EXPECT_FALSE(run.standardOutput.contains("currentLocale"));
+}
+
+// The same on either machine: where each log root should hold the maker's
+// folder, a file of that name stands.
+TEST_F(FaultsE2ETest, WithTheMakersFolderAFileInEveryLogRootTheRunsStillComplete)
+{
+    for (const Place root : {Place::RoamingAppData, Place::LocalAppData, Place::ProgramData})
+        testMachine->writeFile(root, "Tavrin", "a file where a folder should be");
+    const ToolRun report = testMachine->run({});
+    EXPECT_EQ(report.exitCode, 0);
+    EXPECT_TRUE(
+        testMachine->comparable(report.standardOutput).contains("] Cannot create any folder for logger 'app'\n"));
+    EXPECT_TRUE(answerBehindLogLines(testMachine->comparable(report.standardOutput)).contains("currentLocale"));
+    const ToolRun run = testMachine->run("--install", request({host("Photoshop", photoshop(), 0)}));
+    EXPECT_TRUE(run.exitedNormally);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.standardOutput.endsWith('\n'));
+    EXPECT_EQ(linkedPlugin("hosts/Photoshop/Plug-ins"), graymere());
+    EXPECT_FALSE(startMenu().isEmpty());
+    EXPECT_EQ(testMachine->readFile(Place::ProgramData, "Tavrin"), "a file where a folder should be");
 }

@@ -1,10 +1,10 @@
 #include "DeployerRun.h"
 #include "FolderState.h"
-#include "HostMachine.h"
-#include "Machine.h"
+#include "LinuxTestMachine.h"
 #include "RegistryHiveFormat.h"
 #include "RequestGenerator.h"
 #include "SuiteRoot.h"
+#include "TestMachine.h"
 #include "UnprivilegedRun.h"
 
 #include <QDir>
@@ -26,9 +26,11 @@ namespace {
 
 // Replay another sequence with SUITEDEPLOYER_REQUEST_SEED; the same seed gives the same requests.
 constexpr std::uint64_t defaultSeed = 20261121;
-constexpr int hangGuardMilliseconds = 60000;
-// Linux takes at most 128 KiB for one argument, so no request can be larger.
+// Linux takes at most 128 KiB for one argument, so no request can be larger;
+// Windows takes 32767 UTF-16 units for the whole command line, the program's
+// name included.
 constexpr int largestArgument = 131072 - 1;
+constexpr int largestWindowsCommandLine = 32767 - 100;
 // A run under the sanitizers costs several plain ones: there the first half
 // of each sequence runs, the same requests as in the plain build.
 #if defined(__SANITIZE_ADDRESS__)
@@ -38,12 +40,17 @@ constexpr int runShare = 1;
 #endif
 // A share of the runs go without rights, and only those may make the tool
 // work at the file system's root, as an empty root folder or host folder does.
+// Under Wine that root is the throw-away prefix's drive C:, and every run
+// goes with the rights of the prefix's one user.
 constexpr int withoutRightsPercent = 15;
+// A run of the Windows program under Wine costs several of the Linux build's:
+// there every tenth run of each sequence runs.
+constexpr int wineRunShare = 10;
 
 const QStringList products = {"Bracketon 2", "Grainwick 2", "Grainwick 3", "Tintara 4", "Tintara 5", "Quietar 2",
                               "Graymere 2",  "Graymere 3",  "Lumbrio 2",   "Lumbrio 3", "Rectilo",   "Acutara 3"};
-const QString logFolder = "home/.config/Tavrin/Orv Collection/logs";
-const QString userHive = "home/.config/winreg/HKEY_CURRENT_USER.reg";
+const QString logFolder = "Tavrin/Orv Collection/logs";
+const QString lightroomPreferences = "Adobe/Lightroom/Preferences";
 const QString locationsKey = "SOFTWARE/WOW6432Node/Tavrin/Orv Collection/Locations/";
 const QString applicationsKey = "SOFTWARE/WOW6432Node/Microsoft/Windows/CurrentVersion/Uninstall/Orv Collection/"
                                 "Applications/";
@@ -132,13 +139,16 @@ struct Invocation
     bool withoutRights = false;
 };
 
-bool fitsOnACommandLine(const Invocation &invocation)
+bool fitsOnACommandLine(const Invocation &invocation, TestMachine::Kind kind)
 {
+    int windowsLength = 0;
     for (const QString &argument : invocation.arguments) {
         if (argument.toUtf8().size() >= largestArgument)
             return false;
+        // Quoted, with every quote and backslash escaped at worst.
+        windowsLength += 2 * argument.size() + 3;
     }
-    return true;
+    return kind == TestMachine::Kind::Linux || windowsLength < largestWindowsCommandLine;
 }
 
 enum class Answer { None, Object };
@@ -160,35 +170,47 @@ void writeFileAt(const QString &path, const QByteArray &content)
     file.write(content);
 }
 
+// The keys of a hive as sections in the registry editor's form, without the header.
+QByteArray sectionsOf(const QSettings::SettingsMap &values, const QString &hiveName)
+{
+    const QByteArray hive = registryHive::write(values, hiveName);
+    return hive.mid(hive.indexOf('['));
+}
+
 // The machine lies in a folder of the test's own, beside a folder "outside"
 // that paths of the requests climb to. Whatever a run does, nothing in that
-// folder but the machine may change.
+// folder but the machine may change. Under Wine the machine is the prefix's
+// drive C:, and "outside" a folder on it that the tool has no reason to write.
 class UnexpectedRequestsE2ETest : public testing::Test
 {
 protected:
     UnexpectedRequestsE2ETest()
-        : machine(parent.path())
+        : machine(newTestMachineIn(parent.path()))
     {
         // The user without rights must reach the machine.
         QFile::setPermissions(parent.path(), QFile::permissions(parent.path()) | QFile::ReadOther | QFile::ExeOther);
         makeOutside();
-        suiteRoot::create(places().suite);
-        QDir().mkpath(places().hosts);
-        machine.writeFile("plain.txt", "a file where a folder is expected\n");
-        machine.writeFile("locked/pictures/1033/Locked.jpg", "jpg\n");
-        machine.writeFile("locked/appData/locked.dat", "data\n");
-        QFile::setPermissions(places().lockedFolder, QFile::Permissions());
+        suiteRoot::create(machine->path(Place::Scratch, "suite"));
+        QDir().mkpath(machine->path(Place::Scratch, "hosts"));
+        machine->writeFile(Place::Scratch, "plain.txt", "a file where a folder is expected\n");
+        machine->writeFile(Place::Scratch, "locked/pictures/1033/Locked.jpg", "jpg\n");
+        machine->writeFile(Place::Scratch, "locked/appData/locked.dat", "data\n");
+        QFile::setPermissions(machine->path(Place::Scratch, "locked"), QFile::Permissions());
         outsideBefore = outsideState();
     }
 
     ~UnexpectedRequestsE2ETest() override
     {
-        QFile::setPermissions(places().lockedFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(machine->path(Place::Scratch, "locked"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
+
+    // "outside" beside the machine's Scratch place, as this process reaches it and as the tool names it.
+    QString outsidePath() const { return QFileInfo(machine->path(Place::Scratch)).path() + "/outside"; }
 
     void makeOutside() const
     {
-        const QString outside = places().outside;
+        const QString outside = outsidePath();
         writeFileAt(outside + "/notes.txt", "kept as it is\n");
         writeFileAt(outside + "/data/deeper/readme.md", "# beside the machine\n");
         writeFileAt(outside + "/filters/Beside.8bf", "a plug-in that isn't the suite's\n");
@@ -200,21 +222,43 @@ protected:
         QFile::setPermissions(outside + "/private", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
+    // The places as the requests name them; the Windows program takes '/' as well as '\\'.
     RequestPlaces places() const
     {
-        return {machine.root(),
-                machine.path("suite"),
-                machine.path("hosts"),
-                parent.filePath("outside"),
-                machine.path("plain.txt"),
-                machine.path("locked")};
+        const QString scratch = QString(machine->toolPath(Place::Scratch)).replace('\\', '/');
+        return {scratch,
+                scratch + "/suite",
+                scratch + "/hosts",
+                QFileInfo(scratch).path() + "/outside",
+                scratch + "/plain.txt",
+                scratch + "/locked"};
     }
 
-    QString outsideState() const { return folderState(parent.path(), {QFileInfo(machine.root()).fileName()}); }
+    QString outsideState() const
+    {
+        if (machine->isWine())
+            return folderState(outsidePath());
+        return folderState(parent.path(), {QFileInfo(machine->path(Place::Scratch)).fileName()});
+    }
+
+    const Machine &linuxMachine() const { return dynamic_cast<const LinuxTestMachine &>(*machine).machine(); }
+
+    // Replaces the Linux build's hives; under Wine the keys are added to the registry.
+    void writeRegistry(const QSettings::SettingsMap &machineKeys, const QSettings::SettingsMap &userKeys = {}) const
+    {
+        if (machine->isWine()) {
+            machine->seedRegistry(sectionsOf(machineKeys, "HKEY_LOCAL_MACHINE") +
+                                  sectionsOf(userKeys, "HKEY_CURRENT_USER"));
+            return;
+        }
+        linuxMachine().writeFile(LinuxTestMachine::machineHive, registryHive::write(machineKeys, "HKEY_LOCAL_MACHINE"));
+        if (!userKeys.isEmpty())
+            linuxMachine().writeFile(LinuxTestMachine::userHive, registryHive::write(userKeys, "HKEY_CURRENT_USER"));
+    }
 
     LogMark logMark() const
     {
-        const QDir logs(machine.path(logFolder));
+        const QDir logs(machine->path(Place::RoamingAppData, logFolder));
         const QStringList names = logs.entryList(QDir::Files, QDir::Name);
         if (names.isEmpty())
             return {};
@@ -228,16 +272,16 @@ protected:
 
     DeployerRun run(const Invocation &invocation) const
     {
-        if (invocation.withoutRights)
-            return runDeployerWithoutRights(machine, {"home"}, invocation.arguments);
-        return runDeployer(machine.environment(), machine.root(), invocation.arguments, hangGuardMilliseconds);
+        if (invocation.withoutRights && !machine->isWine())
+            return runDeployerWithoutRights(linuxMachine(), {"home"}, invocation.arguments);
+        return machine->run(invocation.arguments);
     }
 
     void check(const Invocation &invocation, Answer answer)
     {
         const LogMark before = logMark();
         const DeployerRun result = run(invocation);
-        EXPECT_FALSE(result.hung) << "killed after " << hangGuardMilliseconds / 1000 << " s";
+        EXPECT_FALSE(result.hung) << "killed after " << defaultHangGuardMilliseconds / 1000 << " s";
         EXPECT_TRUE(result.exitedNormally);
         EXPECT_EQ(result.exitCode, 0);
         for (const char *report : {"ERROR: AddressSanitizer", "runtime error:", "LeakSanitizer"})
@@ -259,17 +303,18 @@ protected:
         int ran = 0;
         int withoutRights = 0;
         int tooLarge = 0;
-        for (int index = 0; index < count / runShare && !HasFailure(); ++index) {
+        const int share = machine->isWine() ? wineRunShare : runShare;
+        for (int index = 0; index < count / share && !HasFailure(); ++index) {
             RequestGenerator generator(runSeed(seed, mode.name, index), places());
             Invocation invocation = mode.invocation(generator);
-            for (; !fitsOnACommandLine(invocation); ++tooLarge)
+            for (; !fitsOnACommandLine(invocation, machine->kind()); ++tooLarge)
                 invocation = mode.invocation(generator);
             mode.prepare(generator);
             SCOPED_TRACE(
                 describe(mode.name, seed, index, invocation.arguments, invocation.withoutRights).toStdString());
             check(invocation, mode.answer);
             ++ran;
-            withoutRights += invocation.withoutRights ? 1 : 0;
+            withoutRights += invocation.withoutRights && !machine->isWine() ? 1 : 0;
         }
         std::cout << "[ requests ] " << mode.name.toStdString() << ": " << ran << " runs, " << withoutRights
                   << " of them without rights, " << tooLarge
@@ -436,21 +481,21 @@ protected:
             if (generator.chance(60))
                 hive.insert(applicationsKey + product, generator.sourceFolder());
         }
-        machine.writeFile(hostMachine::machineHive, registryHive::write(hive, "HKEY_LOCAL_MACHINE"));
+        writeRegistry(hive);
         const QString host = QString("hosts/h%1/").arg(generator.below(24));
         for (const QString &file :
              {host + "Tavrin/Rectilo/Rectilo.8bf.lnk", host + "Modules/PluginParam.lrplugin/Info.lua",
-              host + "Export Presets/Orv Collection/x.lrtemplate",
-              QString("usr/share/applications/Tavrin Orv Collection/Tintara 5.lnk"),
-              QString("home/Pictures/Rectilo Samples/Sign.jpg"),
-              QString("ProgramData/Tavrin/Orv Collection/OrvCollection.cfg")})
-            machine.writeFile(file, "x");
+              host + "Export Presets/Orv Collection/x.lrtemplate"})
+            machine->writeFile(Place::Scratch, file, "x");
+        machine->writeFile(Place::StartMenu, "Tavrin Orv Collection/Tintara 5.lnk", "x");
+        machine->writeFile(Place::CommonPictures, "Rectilo Samples/Sign.jpg", "x");
+        machine->writeFile(Place::ProgramData, "Tavrin/Orv Collection/OrvCollection.cfg", "x");
         for (const QString &product : products) {
             if (!generator.chance(40))
                 continue;
             for (const QString &file : {"Tavrin/" + product + "/crash_reports/1.dmp", "Tavrin/" + product + "/LastEdit",
                                         "Tavrin/" + product + "/Presets/Mine.preset", product + "/cache/c.bin"})
-                machine.writeFile("home/.local/share/" + file, "x");
+                machine->writeFile(Place::LocalAppData, file, "x");
         }
     }
 
@@ -478,8 +523,7 @@ protected:
         // Levels that leave out the first line would leave a run without a trace in its log.
         userKeys.insert("SOFTWARE/Tavrin/Orv Collection/app_loglevel",
                         generator.pick({"trace", "debug", "info", "TRACE", "warn", generator.oddText(false)}));
-        machine.writeFile(hostMachine::machineHive, registryHive::write(machineKeys, "HKEY_LOCAL_MACHINE"));
-        machine.writeFile(userHive, registryHive::write(userKeys, "HKEY_CURRENT_USER"));
+        writeRegistry(machineKeys, userKeys);
     }
 
     // Host applications of odd names and folders, for the environment report to find.
@@ -496,14 +540,14 @@ protected:
             else
                 hive.insert("SOFTWARE/Adobe/Photoshop Elements/" + version + "/PluginPath/.", folder);
         }
-        machine.writeFile(hostMachine::machineHive, registryHive::write(hive, "HKEY_LOCAL_MACHINE"));
-        QDir(machine.path(hostMachine::lightroomPreferences)).removeRecursively();
+        writeRegistry(hive);
+        QDir(machine->path(Place::RoamingAppData, lightroomPreferences)).removeRecursively();
         for (int count = generator.below(3); count > 0; --count) {
             QString name = generator.oddText(false).remove('/').remove(QChar(0));
             while (name.toUtf8().size() > 200)
                 name.chop(1);
             if (!name.isEmpty() && name != "." && name != "..")
-                hostMachine::addLightroomPreferences(machine, name);
+                machine->writeFile(Place::RoamingAppData, lightroomPreferences + "/" + name, "prefs");
         }
     }
 
@@ -518,11 +562,11 @@ protected:
                     : generator.oddText(false);
             output += name.toUtf8() + generator.pick({"\r\r\n", "\n", "\r\n", "", " \t"}).toLatin1();
         }
-        machine.installFakeWmic(output, generator.chance(20) ? generator.oddText().toUtf8() : QByteArray());
+        machine->installFakeWmic(output, generator.chance(20) ? generator.oddText().toUtf8() : QByteArray());
     }
 
     QTemporaryDir parent;
-    Machine machine;
+    const std::unique_ptr<TestMachine> machine;
     QString outsideBefore;
 };
 
@@ -546,8 +590,8 @@ TEST_F(UnexpectedRequestsE2ETest, Config)
 {
     // The hive keeps the hosts of every run; starting afresh now and then keeps the runs short.
     const auto prepare = [&](RequestGenerator &generator) {
-        if (generator.chance(25))
-            QFile::remove(machine.path(hostMachine::machineHive));
+        if (generator.chance(25) && !machine->isWine())
+            QFile::remove(linuxMachine().path(LinuxTestMachine::machineHive));
     };
     runRequests(
         {"config", Answer::None, prepare, [&](RequestGenerator &generator) { return configInvocation(generator); }},
@@ -599,8 +643,8 @@ TEST_F(UnexpectedRequestsE2ETest, ARootFolderWithANulCharacterEndsTheRun)
 // beside the machine was made on the way.
 TEST_F(UnexpectedRequestsE2ETest, AFolderThatAPathClimbsThroughIsNotMade)
 {
-    const QString backIn = places().outside + "/missing/../../" + QFileInfo(machine.root()).fileName() + "/data";
+    const QString backIn = places().outside + "/missing/../../" + QFileInfo(places().machine).fileName() + "/data";
     check({{"--install", encodeRequest({{"rootDir", places().suite}, {"language", 1}, {"localAppDataDir", backIn}})}},
           Answer::None);
-    EXPECT_TRUE(QDir(machine.path("data/Tavrin/Orv Collection")).exists());
+    EXPECT_TRUE(machine->exists(Place::Scratch, "data/Tavrin/Orv Collection"));
 }

@@ -3,25 +3,26 @@
 #include "RegistryHiveFormat.h"
 #include "SleepingProcess.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 namespace {
 
 const QByteArray hiveHeader = "Windows Registry Editor Version 5.00\n\n";
 
-QString placeFolder(Place place)
+QString placeFolder(Place place, const QString &home)
 {
     switch (place) {
     case Place::RoamingAppData:
-        return QStringLiteral("home/.config");
+        return home + QStringLiteral("/.config");
     case Place::LocalAppData:
-        return QStringLiteral("home/.local/share");
+        return home + QStringLiteral("/.local/share");
     case Place::ProgramData:
         return QStringLiteral("ProgramData");
     case Place::StartMenu:
         return QStringLiteral("usr/share/applications");
     case Place::CommonPictures:
-        return QStringLiteral("home/Pictures");
+        return home + QStringLiteral("/Pictures");
     case Place::Scratch:
     case Place::WorkingFolder:
         break;
@@ -56,6 +57,20 @@ private:
     SleepingProcess process_;
 };
 
+class OpenFile : public RunningProgram
+{
+public:
+    explicit OpenFile(const QString &path)
+        : file_(path)
+    {
+        file_.open(QIODevice::ReadOnly);
+    }
+    bool isRunning() const override { return file_.isOpen(); }
+
+private:
+    QFile file_;
+};
+
 } // namespace
 
 const QString LinuxTestMachine::machineHive = QStringLiteral("etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg");
@@ -63,11 +78,17 @@ const QString LinuxTestMachine::userHive = QStringLiteral("home/.config/winreg/H
 
 QString LinuxTestMachine::path(Place place, const QString &relative) const
 {
-    const QString folder = placeFolder(place);
+    const QString folder = placeFolder(place, machine_.homeName());
     QString result = folder.isEmpty() ? machine_.root() : machine_.path(folder);
     if (!relative.isEmpty())
         result += QLatin1Char('/') + relative;
     return result;
+}
+
+// The user's hive moves along with the home folder.
+QString LinuxTestMachine::hivePath(const QString &hive) const
+{
+    return hive == userHive ? machine_.homeName() + userHive.mid(4) : hive;
 }
 
 QString LinuxTestMachine::toolPath(Place place, const QString &relative) const
@@ -82,24 +103,25 @@ void LinuxTestMachine::seedRegistry(const QByteArray &sections)
         const QByteArray added = sectionsOf(sections, hiveName);
         if (added.isEmpty())
             continue;
-        const QByteArray existing = QFileInfo::exists(machine_.path(hive)) ? machine_.readFile(hive) : QByteArray();
+        const QString file = hivePath(hive);
+        const QByteArray existing = QFileInfo::exists(machine_.path(file)) ? machine_.readFile(file) : QByteArray();
         if (existing.isEmpty()) {
             // Word for word, as a hive file that other programs wrote would stand.
-            machine_.writeFile(hive, hiveHeader + added);
+            machine_.writeFile(file, hiveHeader + added);
             continue;
         }
         QSettings::SettingsMap values = registryHive::parse(existing, hiveName);
         const QSettings::SettingsMap addedValues = registryHive::parse(hiveHeader + added, hiveName);
         for (auto value = addedValues.begin(); value != addedValues.end(); ++value)
             values.insert(value.key(), value.value());
-        machine_.writeFile(hive, registryHive::write(values, hiveName));
+        machine_.writeFile(file, registryHive::write(values, hiveName));
     }
 }
 
 QSettings::SettingsMap LinuxTestMachine::registryValues(const QString &key) const
 {
     const bool machineKey = key.startsWith(QStringLiteral("HKEY_LOCAL_MACHINE"), Qt::CaseInsensitive);
-    return valuesBelow(machine_.readFile(machineKey ? machineHive : userHive), key);
+    return valuesBelow(machine_.readFile(hivePath(machineKey ? machineHive : userHive)), key);
 }
 
 QString LinuxTestMachine::linkTarget(const QString &linkPath) const
@@ -111,6 +133,11 @@ QString LinuxTestMachine::linkTarget(const QString &linkPath) const
 std::unique_ptr<RunningProgram> LinuxTestMachine::startProgram(const QString &imageName) const
 {
     return std::make_unique<SleepingProgram>(machine_.binDir(), imageName);
+}
+
+std::unique_ptr<RunningProgram> LinuxTestMachine::holdFile(Place place, const QString &relative) const
+{
+    return std::make_unique<OpenFile>(path(place, relative));
 }
 
 void LinuxTestMachine::installFakeWmic(const QByteArray &output, const QByteArray &errorOutput)

@@ -12,6 +12,18 @@ public:
     static const QString machineHive;
     static const QString userHive;
 
+    LinuxTestMachine() = default;
+    // A machine in a folder of the test's own, beside whatever else the test keeps there.
+    explicit LinuxTestMachine(const QString &parentFolder)
+        : machine_(parentFolder)
+    {
+    }
+    // A machine whose user's home folder bears the user's name.
+    LinuxTestMachine(const QString &parentFolder, const QString &userName)
+        : machine_(parentFolder, userName)
+    {
+    }
+
     Kind kind() const override { return Kind::Linux; }
     QString path(Place place, const QString &relative = {}) const override;
     QString toolPath(Place place, const QString &relative = {}) const override;
@@ -23,6 +35,7 @@ public:
     QString linkTarget(const QString &linkPath) const override;
 
     std::unique_ptr<RunningProgram> startProgram(const QString &imageName) const override;
+    std::unique_ptr<RunningProgram> holdFile(Place place, const QString &relative) const override;
     void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {}) override;
     QString fakeWmicArguments() const override;
 
@@ -34,6 +47,8 @@ protected:
     DeployerRun runTool(const QStringList &arguments, const QMap<QString, QString> &environment) const override;
 
 private:
+    QString hivePath(const QString &hive) const;
+
     Machine machine_;
     QString locale_;
 };

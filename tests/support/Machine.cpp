@@ -33,13 +33,21 @@ Machine::Machine(const QString &parentFolder)
     makeFolders();
 }
 
+Machine::Machine(const QString &parentFolder, const QString &homeName)
+    : dir_((parentFolder.isEmpty() ? QDir::tempPath() : parentFolder) + QStringLiteral("/machine-XXXXXX"))
+    , homeName_(homeName)
+{
+    makeFolders();
+}
+
 void Machine::makeFolders() const
 {
     if (!dir_.isValid())
         throw std::runtime_error("cannot make a temporary folder");
-    for (const char *folder :
-         {"home/.config", "home/.local/share", "etc/xdg", "usr/share", "ProgramData", "bin", "wmic"})
+    for (const char *folder : {"etc/xdg", "usr/share", "ProgramData", "bin", "wmic"})
         QDir(root()).mkpath(QString::fromLatin1(folder));
+    for (const char *folder : {"/.config", "/.local/share"})
+        QDir(root()).mkpath(homeName_ + QString::fromLatin1(folder));
 }
 
 QString Machine::root() const
@@ -52,6 +60,11 @@ QString Machine::path(const QString &relativePath) const
     return root() + QLatin1Char('/') + relativePath;
 }
 
+QString Machine::homeName() const
+{
+    return homeName_;
+}
+
 QString Machine::binDir() const
 {
     return path(QStringLiteral("bin"));
@@ -60,9 +73,9 @@ QString Machine::binDir() const
 QProcessEnvironment Machine::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("home/.config")));
-    environment.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("home/.local/share")));
+    environment.insert(QStringLiteral("HOME"), path(homeName_));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path(homeName_ + QStringLiteral("/.config")));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), path(homeName_ + QStringLiteral("/.local/share")));
     environment.insert(QStringLiteral("XDG_CONFIG_DIRS"), path(QStringLiteral("etc/xdg")));
     environment.insert(QStringLiteral("XDG_DATA_DIRS"), path(QStringLiteral("usr/share")));
     environment.insert(QStringLiteral("ProgramData"), path(QStringLiteral("ProgramData")));

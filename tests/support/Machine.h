@@ -14,10 +14,14 @@ public:
     Machine();
     // A machine in a folder of the test's own, beside whatever else the test keeps there.
     explicit Machine(const QString &parentFolder);
+    // One whose user's home folder bears that name instead of "home".
+    Machine(const QString &parentFolder, const QString &homeName);
 
     QString root() const;
     QString path(const QString &relativePath) const;
     QString binDir() const;
+    // The home folder's name below the root: "home" unless the machine was made with another.
+    QString homeName() const;
     QProcessEnvironment environment() const;
 
     // Writes a file below the machine's root, making its folders.
@@ -34,4 +38,5 @@ private:
     void makeFolders() const;
 
     QTemporaryDir dir_;
+    QString homeName_ = QStringLiteral("home");
 };

@@ -97,6 +97,10 @@ public:
 
     // A running program of that image name, such as "Photoshop.exe".
     virtual std::unique_ptr<RunningProgram> startProgram(const QString &imageName) const = 0;
+    // A running program that holds the file open without sharing it, as a
+    // running host holds its plug-ins, until the object goes. Only Windows
+    // keeps others from a file so; on Linux the file is merely open.
+    virtual std::unique_ptr<RunningProgram> holdFile(Place place, const QString &relative) const = 0;
     // Puts a wmic.exe where the tool finds it, which prints these bytes on
     // its output and error channels and records its arguments, one a line.
     virtual void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {}) = 0;
@@ -126,6 +130,12 @@ inline void PrintTo(const QString &text, std::ostream *out)
 
 // The machine of the build that this test program drives, and its kind.
 std::unique_ptr<TestMachine> newTestMachine();
+// One whose Scratch place lies in a folder of the test's own, beside whatever
+// else the test keeps there; the Wine machine's lies on its drive C: anyway.
+std::unique_ptr<TestMachine> newTestMachineIn(const QString &parentFolder);
+// One whose user bears that name, and so do the user's folders: the home
+// folder on Linux, the profile folder under Wine.
+std::unique_ptr<TestMachine> newTestMachineFor(const QString &userName);
 TestMachine::Kind testMachineKind();
 
 // Ends a test that needs what only the Linux build's machine has, under Wine,

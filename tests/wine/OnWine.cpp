@@ -6,6 +6,16 @@ std::unique_ptr<TestMachine> newTestMachine()
     return std::make_unique<WineTestMachine>();
 }
 
+std::unique_ptr<TestMachine> newTestMachineIn(const QString &)
+{
+    return std::make_unique<WineTestMachine>();
+}
+
+std::unique_ptr<TestMachine> newTestMachineFor(const QString &userName)
+{
+    return std::make_unique<WineTestMachine>(userName);
+}
+
 TestMachine::Kind testMachineKind()
 {
     return TestMachine::Kind::Wine;

@@ -50,9 +50,17 @@ public:
             if (!unit)
                 return std::nullopt;
             if (*unit == 0)
-                return text;
+                return wide ? text : ansiText(text.toLatin1());
             text.append(QChar(static_cast<char16_t>(*unit)));
         }
+    }
+
+    // ANSI strings stand in the code page of the program that made the link:
+    // for SuiteDeployer.exe, whose manifest asks for it, UTF-8.
+    static QString ansiText(const QByteArray &bytes)
+    {
+        const QString utf8 = QString::fromUtf8(bytes);
+        return utf8.contains(QChar::ReplacementCharacter) ? QString::fromLatin1(bytes) : utf8;
     }
 
     // A string of the string data: a count of characters, then the characters.

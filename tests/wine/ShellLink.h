@@ -17,7 +17,8 @@ struct ShellLink
     QString workingFolder;
 };
 
-// The ANSI strings of LinkInfo are read as Latin-1; a LinkInfo with the
-// optional Unicode offsets is read from those instead. Zero characters at the
+// The ANSI strings of LinkInfo are read as UTF-8, the code page of the
+// program that makes the links, or as Latin-1 where they are no UTF-8; a
+// LinkInfo with the optional Unicode offsets is read from those instead. Zero characters at the
 // end of the working folder are dropped: Wine counts the terminating one.
 ShellLink readShellLink(const QByteArray &bytes);

@@ -66,9 +66,9 @@ void stopWineServer(const QProcessEnvironment &environment, bool kill)
     }
 }
 
-const QString WinePrefix::userName = QStringLiteral("wizard");
+const QString WinePrefix::userName = wineUserName;
 
-QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home)
+QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home, const QString &userName)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString &name : environment.keys()) {
@@ -83,9 +83,13 @@ QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home)
     environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), home + QStringLiteral("/.cache"));
     // Wine names the profile folder C:\users\<USER>.
-    environment.insert(QStringLiteral("USER"), WinePrefix::userName);
-    environment.insert(QStringLiteral("LOGNAME"), WinePrefix::userName);
+    environment.insert(QStringLiteral("USER"), userName);
+    environment.insert(QStringLiteral("LOGNAME"), userName);
     environment.insert(QStringLiteral("LANG"), QStringLiteral("en_US.UTF-8"));
+    // Wine reads the Linux file names in the code set of LC_CTYPE's locale:
+    // one that isn't installed, as en_US.UTF-8 often isn't, leaves it ASCII,
+    // and a folder named in UTF-8 from Linux is then another folder for Windows.
+    environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("WINEPREFIX"), prefix);
     environment.insert(QStringLiteral("WINESERVER"), QStringLiteral(WINE_SERVER));
     environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
@@ -179,11 +183,11 @@ RunningWindowsProgram::RunningWindowsProgram(const WinePrefix &prefix, const QSt
 }
 
 RunningWindowsProgram::RunningWindowsProgram(const QProcessEnvironment &environment, const QString &workingFolder,
-                                             const QString &windowsPath)
+                                             const QString &windowsPath, const QStringList &arguments)
 {
     process_.setProcessEnvironment(environment);
     process_.setWorkingDirectory(workingFolder);
-    process_.start(QStringLiteral(WINE_LOADER), {windowsPath});
+    process_.start(QStringLiteral(WINE_LOADER), QStringList{windowsPath} + arguments);
     // A hang guard only: the line comes within a second.
     while (process_.state() != QProcess::NotRunning && !process_.canReadLine() &&
            process_.waitForReadyRead(defaultHangGuardMilliseconds)) {}

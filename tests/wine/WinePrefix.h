@@ -9,10 +9,14 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+// The user of every prefix, unless a test names another.
+inline const QString wineUserName = QStringLiteral("wizard");
+
 // The fixed environment of every Windows program that the tests run: the
-// user "wizard", American English, no display, no Mono, Gecko or menu
-// builder, and nothing of the caller's desktop, language or Wine set-up.
-QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home);
+// user "wizard" (or the one named), American English, no display, no Mono,
+// Gecko or menu builder, and nothing of the caller's desktop, language or
+// Wine set-up.
+QProcessEnvironment wineEnvironment(const QString &prefix, const QString &home, const QString &userName = wineUserName);
 
 // Runs a Linux program, Wine's tools among them, and throws
 // std::runtime_error with its error output when it fails or hangs.
@@ -74,7 +78,7 @@ class RunningWindowsProgram
 public:
     RunningWindowsProgram(const WinePrefix &prefix, const QString &windowsPath);
     RunningWindowsProgram(const QProcessEnvironment &environment, const QString &workingFolder,
-                          const QString &windowsPath);
+                          const QString &windowsPath, const QStringList &arguments = {});
     ~RunningWindowsProgram();
     RunningWindowsProgram(const RunningWindowsProgram &) = delete;
     RunningWindowsProgram &operator=(const RunningWindowsProgram &) = delete;

@@ -10,7 +10,10 @@
 
 #include <unistd.h>
 
+#include <map>
+#include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -21,9 +24,11 @@ const QString launcher = QStringLiteral("C:\\setup\\WizardLauncher.exe");
 const QString scratch = QStringLiteral("C:\\machine");
 const QString wmicFolder = QStringLiteral("C:\\windows\\system32\\wbem");
 
-QString placeFolder(Place place)
+} // namespace
+
+QString WineTestMachine::placeFolder(Place place) const
 {
-    const QString profile = QStringLiteral("C:\\users\\") + WinePrefix::userName;
+    const QString profile = QStringLiteral("C:\\users\\") + userName_;
     switch (place) {
     case Place::RoamingAppData:
         return profile + QStringLiteral("\\AppData\\Roaming");
@@ -42,6 +47,8 @@ QString placeFolder(Place place)
     return scratch;
 }
 
+namespace {
+
 // cp and the like, with the test's own environment.
 void runLinuxTool(const QString &program, const QStringList &arguments)
 {
@@ -56,35 +63,44 @@ void hardLink(const QString &from, const QString &to)
         throw std::runtime_error("cannot link " + from.toStdString() + " to " + to.toStdString());
 }
 
-// The prefix that every machine of this test program copies: the one that the
-// environment names, or one made here once.
-QString templatePrefix()
+QString makeTemplatePrefix(const QString &folder, const QString &userName)
+{
+    const QString prefix = folder + QStringLiteral("/prefix");
+    QDir().mkpath(prefix);
+    const QProcessEnvironment environment = wineEnvironment(prefix, folder + QStringLiteral("/home"), userName);
+    runChecked(environment, QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")});
+    // Only a server that has ended has written the registry into the prefix's files.
+    stopWineServer(environment, false);
+    QFile::remove(prefix + QStringLiteral("/drive_c/windows/system32/wbem/wmic.exe"));
+    return prefix;
+}
+
+// The prefix that every machine of this test program for that user copies:
+// for the usual user the one that the environment names, or one made here
+// once per user, since wineboot names the profile folder after the user.
+QString templatePrefix(const QString &userName)
 {
     static const QString given = qEnvironmentVariable("SUITEDEPLOYER_WINE_TEMPLATE");
-    if (!given.isEmpty())
+    if (!given.isEmpty() && userName == WinePrefix::userName)
         return given;
-    static QTemporaryDir made;
-    static const bool ready = [] {
-        const QString prefix = made.path() + QStringLiteral("/prefix");
-        QDir().mkpath(prefix);
-        const QProcessEnvironment environment = wineEnvironment(prefix, made.path() + QStringLiteral("/home"));
-        runChecked(environment, QStringLiteral(WINE_LOADER), {QStringLiteral("wineboot"), QStringLiteral("--init")});
-        // Only a server that has ended has written the registry into the prefix's files.
-        stopWineServer(environment, false);
-        QFile::remove(prefix + QStringLiteral("/drive_c/windows/system32/wbem/wmic.exe"));
-        return true;
-    }();
-    return ready ? made.path() + QStringLiteral("/prefix") : QString();
+    static std::map<QString, std::pair<std::unique_ptr<QTemporaryDir>, QString>> made;
+    auto &entry = made[userName];
+    if (!entry.first) {
+        entry.first = std::make_unique<QTemporaryDir>();
+        entry.second = makeTemplatePrefix(entry.first->path(), userName);
+    }
+    return entry.second;
 }
 
 } // namespace
 
-WineTestMachine::WineTestMachine()
+WineTestMachine::WineTestMachine(const QString &userName)
+    : userName_(userName)
 {
     if (!dir_.isValid())
         throw std::runtime_error("cannot make a temporary folder");
     dir_.setAutoRemove(!qEnvironmentVariableIsSet("KEEP_WINE_PREFIX"));
-    const QString from = templatePrefix();
+    const QString from = templatePrefix(userName);
     QDir().mkpath(driveC());
     runLinuxTool(QStringLiteral("cp"), {QStringLiteral("-al"), from + QStringLiteral("/drive_c/windows"), driveC()});
     for (const QString &entry :
@@ -101,7 +117,7 @@ WineTestMachine::WineTestMachine()
     hardLink(QStringLiteral(SUITEDEPLOYER_WINDOWS_PROGRAM), linuxPath(deployer));
     hardLink(QStringLiteral(WIZARD_LAUNCHER), linuxPath(launcher));
     QDir().mkpath(path(Place::Scratch));
-    environment_ = wineEnvironment(prefix(), dir_.path() + QStringLiteral("/home"));
+    environment_ = wineEnvironment(prefix(), dir_.path() + QStringLiteral("/home"), userName_);
 }
 
 WineTestMachine::~WineTestMachine()
@@ -203,8 +219,9 @@ namespace {
 class WaitingProgram : public RunningProgram
 {
 public:
-    WaitingProgram(const QProcessEnvironment &environment, const QString &workingFolder, const QString &windowsPath)
-        : program_(environment, workingFolder, windowsPath)
+    WaitingProgram(const QProcessEnvironment &environment, const QString &workingFolder, const QString &windowsPath,
+                   const QStringList &arguments = {})
+        : program_(environment, workingFolder, windowsPath, arguments)
     {
     }
     bool isRunning() const override { return program_.firstLine() == "running"; }
@@ -221,6 +238,15 @@ std::unique_ptr<RunningProgram> WineTestMachine::startProgram(const QString &ima
     if (!QFile::exists(linuxPath(image)))
         hardLink(QStringLiteral(WAITING_HELPER), linuxPath(image));
     return std::make_unique<WaitingProgram>(environment_, path(Place::WorkingFolder), image);
+}
+
+std::unique_ptr<RunningProgram> WineTestMachine::holdFile(Place place, const QString &relative) const
+{
+    const QString image = toolPath(Place::Scratch, QStringLiteral("bin/Holder.exe"));
+    if (!QFile::exists(linuxPath(image)))
+        hardLink(QStringLiteral(WAITING_HELPER), linuxPath(image));
+    return std::make_unique<WaitingProgram>(environment_, path(Place::WorkingFolder), image,
+                                            QStringList{toolPath(place, relative)});
 }
 
 void WineTestMachine::installFakeWmic(const QByteArray &output, const QByteArray &errorOutput)

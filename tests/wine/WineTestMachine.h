@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TestMachine.h"
+#include "WinePrefix.h"
 
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -16,7 +17,8 @@
 class WineTestMachine : public TestMachine
 {
 public:
-    WineTestMachine();
+    // A machine whose one user bears that name, and so its profile folder.
+    explicit WineTestMachine(const QString &userName = WinePrefix::userName);
     ~WineTestMachine() override;
     WineTestMachine(const WineTestMachine &) = delete;
     WineTestMachine &operator=(const WineTestMachine &) = delete;
@@ -32,6 +34,7 @@ public:
     QString linkTarget(const QString &linkPath) const override;
 
     std::unique_ptr<RunningProgram> startProgram(const QString &imageName) const override;
+    std::unique_ptr<RunningProgram> holdFile(Place place, const QString &relative) const override;
     void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {}) override;
     QString fakeWmicArguments() const override;
 
@@ -46,7 +49,9 @@ protected:
 
 private:
     QString prefix() const;
+    QString placeFolder(Place place) const;
 
     QTemporaryDir dir_;
     QProcessEnvironment environment_;
+    QString userName_;
 };
