@@ -34,15 +34,7 @@ protected:
                            {"language", 1},     {"version", "4.2.0"}, {"isUpdate", "true"}};
     }
 
-    ToolRun run(const char *option, const QJsonObject &request) const
-    {
-        const ToolRun result = machine->run(option, request);
-        EXPECT_FALSE(result.hung);
-        EXPECT_TRUE(result.exitedNormally);
-        EXPECT_EQ(result.exitCode, 0);
-        EXPECT_EQ(result.standardOutput, "");
-        return result;
-    }
+    ToolRun run(const char *option, const QJsonObject &request) const { return machine->runQuietly(option, request); }
 
     // A first installation, recorded as the wizard does, and a new suite root for the update.
     void installOnce() const

@@ -46,11 +46,7 @@ protected:
     ToolRun run(const QJsonObject &request, const char *option = "--install",
                 const QMap<QString, QString> &environment = {}) const
     {
-        const ToolRun result = machine->run({option, encodeRequest(request)}, environment);
-        EXPECT_TRUE(result.exitedNormally);
-        EXPECT_EQ(result.exitCode, 0);
-        EXPECT_EQ(result.standardOutput, "");
-        return result;
+        return machine->runQuietly(option, request, environment);
     }
 
     QString linkTarget(Place place, const QString &relative) const

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <gtest/gtest.h>
+
 #include <stdexcept>
 
 namespace {
@@ -102,4 +104,20 @@ QSettings::SettingsMap TestMachine::valuesBelow(const QByteArray &hiveText, cons
             values.insert(value.key().mid(below.size()), value.value());
     }
     return values;
+}
+
+ToolRun TestMachine::runQuietly(const QString &option, const QJsonObject &request,
+                                const QMap<QString, QString> &environment) const
+{
+    const ToolRun result = run({option, encodeRequest(request)}, environment);
+    expectRanQuietly(result);
+    return result;
+}
+
+void expectRanQuietly(const DeployerRun &run)
+{
+    EXPECT_FALSE(run.hung);
+    EXPECT_TRUE(run.exitedNormally);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.standardOutput, "");
 }

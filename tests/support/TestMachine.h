@@ -70,6 +70,10 @@ public:
     ToolRun run(const QStringList &arguments, const QMap<QString, QString> &environment = {}) const;
     // The option with the request as its value, as the wizard sends it.
     ToolRun run(const QString &option, const QJsonObject &request) const;
+    // The same for a mode that prints no answer, expecting it to end as it
+    // should (expectRanQuietly).
+    ToolRun runQuietly(const QString &option, const QJsonObject &request,
+                       const QMap<QString, QString> &environment = {}) const;
 
     // The system's language and region for the runs that follow, as a POSIX
     // locale name ("sv_SE.UTF-8"); the Windows program's system takes it from
@@ -127,6 +131,10 @@ inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';
 }
+
+// A run of a mode without answer that ended as it should: by itself, in time,
+// with 0 and nothing on standard output.
+void expectRanQuietly(const DeployerRun &run);
 
 // The machine of the build that this test program drives, and its kind.
 std::unique_ptr<TestMachine> newTestMachine();
