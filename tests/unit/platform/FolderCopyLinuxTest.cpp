@@ -162,6 +162,19 @@ TEST_F(FolderCopyLinuxTest, AReadOnlySingleFileInTheTargetFolderIsReplaced)
     EXPECT_EQ(contentOf(to / "Info.lua"), "new info");
 }
 
+TEST_F(FolderCopyLinuxTest, AReadOnlyFileBelowALinkedSourceFolderIsReplaced)
+{
+    writeFile(root / "shared" / "icons" / "large.png", "new icon");
+    fs::create_directories(from);
+    fs::create_directory_symlink(root / "shared" / "icons", from / "icons");
+    writeFile(to / "icons" / "large.png", "old icon");
+    fs::permissions(to / "icons" / "large.png", fs::perms::owner_read);
+
+    copyTree(from, to);
+
+    EXPECT_EQ(contentOf(to / "icons" / "large.png"), "new icon");
+}
+
 TEST_F(FolderCopyLinuxTest, AFolderOrFileIsNotItsOwnTarget)
 {
     writeFile(from / "Info.lua", "info");

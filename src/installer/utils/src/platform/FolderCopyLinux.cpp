@@ -15,7 +15,8 @@ void allowReplacing(const fs::path &target)
         fs::permissions(target, fs::perms::owner_write, fs::perm_options::add | fs::perm_options::nofollow, error);
 }
 
-// The files of the target that the copy will replace.
+// The files of the target that the copy will replace; like the copy, the walk
+// follows links to folders in the source.
 void allowReplacingBelow(const fs::path &from, const fs::path &to)
 {
     std::error_code error;
@@ -23,7 +24,9 @@ void allowReplacingBelow(const fs::path &from, const fs::path &to)
         allowReplacing(fs::is_directory(to, error) ? to / from.filename() : to);
         return;
     }
-    for (fs::recursive_directory_iterator entry(from, error), end; !error && entry != end; entry.increment(error)) {
+    const auto options = fs::directory_options::follow_directory_symlink;
+    for (fs::recursive_directory_iterator entry(from, options, error), end; !error && entry != end;
+         entry.increment(error)) {
         if (!entry->is_directory(error))
             allowReplacing(to / entry->path().lexically_relative(from));
     }
