@@ -76,6 +76,13 @@ private:
 const QString LinuxTestMachine::machineHive = QStringLiteral("etc/xdg/winreg/HKEY_LOCAL_MACHINE.reg");
 const QString LinuxTestMachine::userHive = QStringLiteral("home/.config/winreg/HKEY_CURRENT_USER.reg");
 
+namespace {
+
+// The user's hive below the home folder, wherever that is.
+const QString userHiveInHome = QStringLiteral("/.config/winreg/HKEY_CURRENT_USER.reg");
+
+} // namespace
+
 QString LinuxTestMachine::path(Place place, const QString &relative) const
 {
     const QString folder = placeFolder(place, machine_.homeName());
@@ -88,7 +95,7 @@ QString LinuxTestMachine::path(Place place, const QString &relative) const
 // The user's hive moves along with the home folder.
 QString LinuxTestMachine::hivePath(const QString &hive) const
 {
-    return hive == userHive ? machine_.homeName() + userHive.mid(4) : hive;
+    return hive == userHive ? machine_.homeName() + userHiveInHome : hive;
 }
 
 QString LinuxTestMachine::toolPath(Place place, const QString &relative) const
