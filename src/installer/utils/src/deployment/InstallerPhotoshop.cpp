@@ -2,6 +2,7 @@
 
 #include "FileCopy.h"
 #include "FileUtils.h"
+#include "GuardedFolder.h"
 #include "RegistrySettings.h"
 #include "SpecialFolders.h"
 #include "logging/Log.h"
@@ -78,8 +79,13 @@ ConfigCopy copyConfigFile(const QString &sourceDir, const QString &fileName, con
 
 // Links the product's plug-ins and copies its configuration file into the
 // target, which is made on the way; links of an earlier run stay.
-ProductOutcome deployProduct(const IPathUtils &pathUtils, const Catalogue &catalogue, const ProductFolders &product)
+ProductOutcome deployProduct(const IPathUtils &pathUtils, const Catalogue &catalogue, const ProductFolders &product,
+                             const QString &pluginPath)
 {
+    // A host's plug-in folder may be open to its users: nothing goes through a link there.
+    const GuardedFolder guard(pluginPath, makerName + QStringLiteral("/") + product.name);
+    if (guard.outcome() == GuardedFolder::Outcome::Refused)
+        return {};
     linkAll(pathUtils, product.source, product.target, FileKind::Plugin8bf);
     if (product.name == catalogue.rectiloProductName) {
         linkAll(pathUtils, product.source, product.target, FileKind::Plugin8li);
@@ -128,7 +134,7 @@ void Installer::installPhotoshopPlugins(const QJsonArray &plugins, const QString
         }
         KELP_LOG_INFO("Installing PS(E) plugin {} from {} to {}", product.name.toStdString(),
                       product.source.toStdString(), product.target.toStdString());
-        const ProductOutcome outcome = deployProduct(pathUtils, catalogue, product);
+        const ProductOutcome outcome = deployProduct(pathUtils, catalogue, product, pluginPath);
         if (outcome.configCopy == ConfigCopy::Copied)
             KELP_LOG_INFO("Copied config file {} for plugin {}", outcome.configDestination.toStdString(),
                           product.name.toStdString());
@@ -152,5 +158,8 @@ void Installer::installPhotoshopPlugins(const QJsonArray &plugins, const QString
         KELP_LOG_INFO("Cleaning up PS(E) ZonalTool plugin from {}", zonalToolDir.toStdString());
         fileUtils::removeDir(QDir(zonalToolDir));
     }
-    linkZonalTool(pathUtils, rootDir + automationTail, zonalToolDir);
+    const GuardedFolder guard(pluginPath, makerName + QStringLiteral("/") + catalogue.zonalToolName,
+                              GuardedFolder::Purpose::CheckForWriting);
+    if (guard.outcome() != GuardedFolder::Outcome::Refused)
+        linkZonalTool(pathUtils, rootDir + automationTail, zonalToolDir);
 }

@@ -1,6 +1,7 @@
 #include "Installer.h"
 
 #include "FileUtils.h"
+#include "GuardedFolder.h"
 #include "FilesystemPath.h"
 #include "FolderCopy.h"
 #include "SpecialFolders.h"
@@ -20,8 +21,12 @@ void Installer::moveAppData(const QString &rootDir)
     const QDir source(rootDir + QDir::separator() + appDataFolder);
     if (!source.exists())
         return;
-    QDir target(programDataPath() + QDir::separator() + makerFolder);
-    fileUtils::createDir(target);
+    const QDir target(programDataPath() + QDir::separator() + makerFolder);
+    // Any user may create the maker's folder in ProgramData before the first
+    // installation. A refused target keeps the source for a later run.
+    const GuardedFolder targetFolder(programDataPath(), makerFolder);
+    if (targetFolder.outcome() == GuardedFolder::Outcome::Refused)
+        return;
     try {
         copyTree(filesystemPath(source.path()), filesystemPath(target.path()));
     } catch (const std::exception &error) {

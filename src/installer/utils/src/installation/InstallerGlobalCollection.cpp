@@ -1,7 +1,6 @@
 #include "Installer.h"
 
-#include "FilePermissions.h"
-#include "FileUtils.h"
+#include "GuardedFolder.h"
 #include "SpecialFolders.h"
 #include "logging/Log.h"
 
@@ -24,15 +23,6 @@ const QString collectionTemplate = QStringLiteral(
     "                                                       </group>\n"
     "                                                   </configuration>\n");
 
-// Users may read, write and delete the file: SE_FILE_OBJECT, "Users" by name
-// (TRUSTEE_IS_NAME), GENERIC_READ | GENERIC_WRITE | DELETE, SET_ACCESS, and
-// object and container inheritance.
-constexpr std::int32_t fileObject = 1;
-constexpr std::int32_t trusteeIsName = 1;
-constexpr std::uint32_t readWriteDelete = 0xC0010000;
-constexpr std::int32_t setAccess = 2;
-constexpr std::uint32_t objectAndContainerInherit = 3;
-
 } // namespace
 
 void Installer::createGlobalCollectionCfgFile(bool mixpanelEnabled, const QString &version)
@@ -42,13 +32,12 @@ void Installer::createGlobalCollectionCfgFile(bool mixpanelEnabled, const QStrin
         KELP_LOG_ERROR("Failed to find program data folder!");
         return;
     }
-    QDir folder(programData.absoluteFilePath(collectionFolder));
-    fileUtils::createDir(folder);
-    const QString filePath = folder.absoluteFilePath(collectionFileName);
+    // Any user may prepare folders in ProgramData, and the collection folder
+    // is open to all: neither is written or opened to all through a link.
+    const GuardedFolder folder(programData.absolutePath(), collectionFolder);
     const QString allowSending = mixpanelEnabled ? QStringLiteral("1") : QStringLiteral("0");
     const QString showScreen = mixpanelEnabled ? QStringLiteral("0") : QStringLiteral("1");
     // One call with all values, so that a '%' in the version is never taken for a placeholder.
-    fileUtils::createTextFile(QFile(filePath), collectionTemplate.arg(allowSending, showScreen, version, version));
-    grantAccess(filePath.toStdWString().c_str(), fileObject, L"Users", trusteeIsName, readWriteDelete, setAccess,
-                objectAndContainerInherit);
+    folder.writeTextFile(collectionFileName, collectionTemplate.arg(allowSending, showScreen, version, version),
+                         GuardedFolder::Access::OpenToAllUsers);
 }

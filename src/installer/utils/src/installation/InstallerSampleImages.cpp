@@ -2,6 +2,7 @@
 
 #include "FileCopy.h"
 #include "FileUtils.h"
+#include "GuardedFolder.h"
 #include "LanguageTables.h"
 
 #include <QDirIterator>
@@ -16,7 +17,11 @@ void Installer::installSampleImages(const QString &rootDir, int language) const
 {
     const QString sourceRoot = rootDir + QDir::separator() + picturesFolder;
     QDir target(pathUtils.commonPicturesPath() + QStringLiteral("/") + catalogue.sampleFolder());
-    fileUtils::createDir(target);
+    // All users share the pictures folder. A refused target keeps the
+    // pictures in the root folder, where a later run can still place them.
+    const GuardedFolder targetFolder(pathUtils.commonPicturesPath(), catalogue.sampleFolder());
+    if (targetFolder.outcome() == GuardedFolder::Outcome::Refused)
+        return;
 
     // The language's pictures come first: the copy doesn't overwrite, so a
     // neutral picture of the same name doesn't replace them.

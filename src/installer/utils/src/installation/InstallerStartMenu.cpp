@@ -1,12 +1,13 @@
 #include "Installer.h"
 
-#include "FileLinks.h"
 #include "FileUtils.h"
+#include "GuardedFolder.h"
 #include "StartMenuLinkNames.h"
 #include "StartMenuShell.h"
 #include "logging/Log.h"
 
 #include <QDirIterator>
+#include <QFileInfo>
 
 void Installer::createStartMenuLinks(const QString &rootDir) const
 {
@@ -15,7 +16,10 @@ void Installer::createStartMenuLinks(const QString &rootDir) const
     // Links of an earlier run, and whatever else lies there, go: a rerun
     // leaves the same folder.
     fileUtils::removeDir(startMenu);
-    fileUtils::createDir(startMenu);
+    // Made anew below the menu's own folder and kept open, so that no link
+    // put in its place can lead the links elsewhere.
+    const QFileInfo place(startMenu.absolutePath());
+    const GuardedFolder folder(place.path(), place.fileName());
     KELP_LOG_INFO("going to create start menu links at {}", startMenu.absolutePath().toStdString());
 
     if (fileUtils::isWalkable(rootDir)) {
@@ -28,7 +32,7 @@ void Installer::createStartMenuLinks(const QString &rootDir) const
                 continue;
             const QString linkPath = startMenu.absoluteFilePath(linkName);
             KELP_LOG_INFO("Creating link from {} to {}", executable.toStdString(), linkPath.toStdString());
-            if (!makeLink(executable, linkPath))
+            if (!folder.makeLink(executable, linkName))
                 KELP_LOG_WARN("Failed to create link from {} to {}", executable.toStdString(), linkPath.toStdString());
             shell.createShellLinkObject();
         }

@@ -1,6 +1,7 @@
 #include "Uninstaller.h"
 
 #include "FileUtils.h"
+#include "GuardedFolder.h"
 #include "RegistrySettings.h"
 #include "SpecialFolders.h"
 
@@ -33,13 +34,13 @@ QString separated(const QString &folder, const QString &name)
 }
 
 // What a product leaves beside the user's preferences in its data folder.
-void removeNonPreferenceFiles(const QString &dataFolder, const QString &settingsFile)
+void removeNonPreferenceFiles(const QString &localData, const QString &dataFolder, const QString &settingsFile)
 {
-    fileUtils::removeDir(QDir(separated(dataFolder, crashReportsFolder)));
+    fileUtils::removeDir(QDir(separated(dataFolder, crashReportsFolder)), localData);
     if (!settingsFile.isEmpty())
-        fileUtils::removeFile(QFile(separated(dataFolder, settingsFile)));
-    fileUtils::removeFile(QFile(separated(dataFolder, lastEditFile)));
-    fileUtils::removeFile(QFile(separated(dataFolder, lastEditConfigFile)));
+        fileUtils::removeFile(QFile(separated(dataFolder, settingsFile)), localData);
+    fileUtils::removeFile(QFile(separated(dataFolder, lastEditFile)), localData);
+    fileUtils::removeFile(QFile(separated(dataFolder, lastEditConfigFile)), localData);
 }
 
 } // namespace
@@ -62,11 +63,13 @@ void Uninstaller::uninstall(const QJsonObject &request) const
 
     removeProductData(request);
 
-    const QDir programData(separated(programDataPath(), makerName));
+    // Any user may create folders in ProgramData: nothing is deleted through a link there.
+    const QString machineData = programDataPath();
+    const QDir programData(separated(machineData, makerName));
     // The current generation's bin/plugins is tried four times; the later tries find nothing.
     for (const QString &folder : catalogue.allFolderNames())
-        fileUtils::removeDir(QDir(programData.absoluteFilePath(folder)));
-    fileUtils::removeDir(QDir(programData.absolutePath() + QStringLiteral("/") + suiteName));
+        fileUtils::removeDir(QDir(programData.absoluteFilePath(folder)), machineData);
+    fileUtils::removeDir(QDir(programData.absolutePath() + QStringLiteral("/") + suiteName), machineData);
 }
 
 // Only products that the config mode recorded are cleaned. Preferences go
@@ -85,17 +88,20 @@ void Uninstaller::removeProductData(const QJsonObject &request) const
         const QString data = separated(makerData.absolutePath(), product);
         if (QDir(data).exists()) {
             if (removePreferences)
-                fileUtils::removeDir(QDir(data));
+                fileUtils::removeDir(QDir(data), localData);
             else
-                removeNonPreferenceFiles(data, catalogue.settingsFile(product));
+                removeNonPreferenceFiles(localData, data, catalogue.settingsFile(product));
         }
         const QDir cache(separated(separated(QDir(localData).absolutePath(), product), cacheFolder));
         if (cache.exists())
-            fileUtils::removeDir(QDir(cache.absolutePath()));
+            fileUtils::removeDir(QDir(cache.absolutePath()), localData);
     }
     const QString palette = makerData.filePath(catalogue.zonalPaletteName);
-    fileUtils::removeDir(QDir(separated(palette, cacheFolder)));
-    QDir(palette).remove(catalogue.zonalPrefsFile);
+    fileUtils::removeDir(QDir(separated(palette, cacheFolder)), localData);
+    const GuardedFolder paletteFolder(localData, makerName + QStringLiteral("/") + catalogue.zonalPaletteName,
+                                      GuardedFolder::Purpose::Delete);
+    if (paletteFolder.isOpen())
+        QDir(palette).remove(catalogue.zonalPrefsFile);
 }
 
 void Uninstaller::removeHostItems(QSettings &locations) const
@@ -117,9 +123,9 @@ void Uninstaller::removeLightroomItems(const QString &hostFolder) const
         const QString item = hostItemTemplate.arg(hostFolder, entry.lrPluginFolder, entry.templateName);
         // A module is a folder, a preset a file.
         if (QFileInfo(item).isDir())
-            fileUtils::removeDir(QDir(item));
+            fileUtils::removeDir(QDir(item), hostFolder);
         else
-            fileUtils::removeFile(QFile(item));
+            fileUtils::removeFile(QFile(item), hostFolder);
         fileUtils::removeDir(QDir(hostItemTemplate.arg(hostFolder, exportPresetsFolder, suiteName)));
     }
 }

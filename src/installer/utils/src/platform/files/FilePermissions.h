@@ -18,3 +18,11 @@
 std::uint32_t grantAccess(const wchar_t *objectName, std::int32_t objectType, const wchar_t *trustee,
                           std::int32_t trusteeForm, std::uint32_t accessRights, std::int32_t accessMode,
                           std::uint32_t inheritance);
+
+// The same entry on an open file, so that it lands on the file that was
+// written and nowhere else: the built-in group Users, named by its well-known
+// identifier S-1-5-32-545 (its name differs with the system's language), may
+// read, write and delete it; on Linux the file gets mode 0666 and its open
+// folder mode 0777. The handles are a HANDLE on Windows and a file descriptor
+// on Linux. Results and printed messages as grantAccess gives them.
+std::uint32_t grantUsersAccess(std::intptr_t file, std::intptr_t folder);

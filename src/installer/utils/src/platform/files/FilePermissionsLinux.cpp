@@ -1,6 +1,7 @@
 #include "FilePermissions.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <string>
@@ -71,6 +72,15 @@ std::uint32_t grantAccess(const wchar_t *objectName, std::int32_t /*objectType*/
     if (::chmod(path.c_str(), fileMode) != 0)
         return lastError();
     if (::chmod(folderOf(path).c_str(), folderMode) != 0)
+        return lastError();
+    return 0;
+}
+
+std::uint32_t grantUsersAccess(std::intptr_t file, std::intptr_t folder)
+{
+    if (::fchmod(static_cast<int>(file), fileMode) != 0)
+        return lastError();
+    if (::fchmod(static_cast<int>(folder), folderMode) != 0)
         return lastError();
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "FileUtils.h"
 
+#include "GuardedFolder.h"
+#include "TreeRemoval.h"
 #include "logging/Log.h"
 
 #include <QFileInfo>
@@ -7,11 +9,24 @@
 
 namespace {
 
-// A link to a folder is a file on Linux and a folder on Windows; either way
-// only the link goes.
-bool removeLink(const QString &path)
+// Deletes the entry at path through the folder that holds it, opened from base
+// without following links. Missing is silent; a refusal is logged by the guard.
+enum class Removal { Done, Refused, Failed };
+
+Removal removeBelow(const QString &base, const QString &path)
 {
-    return QFile::remove(path) || QDir().rmdir(path);
+    const QString root = QDir(base).absolutePath();
+    const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    if (!absolute.startsWith(root + QLatin1Char('/')))
+        return removeTree(path) ? Removal::Done : Removal::Failed;
+    const QFileInfo relative(absolute.mid(root.size() + 1));
+    const QString folderBelow = relative.path() == QStringLiteral(".") ? QString() : relative.path();
+    const GuardedFolder folder(root, folderBelow, GuardedFolder::Purpose::Delete);
+    if (folder.outcome() == GuardedFolder::Outcome::Refused)
+        return Removal::Refused;
+    if (folder.outcome() == GuardedFolder::Outcome::Missing)
+        return Removal::Done;
+    return folder.removeEntry(relative.fileName()) ? Removal::Done : Removal::Failed;
 }
 
 } // namespace
@@ -46,10 +61,9 @@ void fileUtils::removeDir(QDir dir)
 {
     if (!dir.exists())
         return;
-    // removeRecursively() on a link to a folder would empty the folder it points to.
-    const QFileInfo entry(dir.path());
-    const bool removed = entry.isSymLink() ? removeLink(entry.filePath()) : dir.removeRecursively();
-    if (!removed)
+    // Not removeRecursively(): it walks by path, so a folder swapped for a link
+    // while it runs would be followed.
+    if (!removeTree(dir.path()))
         KELP_LOG_WARN("Failed to completely delete folder {}", dir.path().toStdString());
 }
 
@@ -63,5 +77,21 @@ void fileUtils::removeFile(QFile &&file)
     if (!file.exists())
         return;
     if (!file.remove())
+        KELP_LOG_WARN("Failed to remove file {}", file.fileName().toStdString());
+}
+
+void fileUtils::removeDir(QDir dir, const QString &base)
+{
+    if (!dir.exists())
+        return;
+    if (removeBelow(base, dir.path()) == Removal::Failed)
+        KELP_LOG_WARN("Failed to completely delete folder {}", dir.path().toStdString());
+}
+
+void fileUtils::removeFile(QFile &&file, const QString &base)
+{
+    if (!file.exists())
+        return;
+    if (removeBelow(base, file.fileName()) == Removal::Failed)
         KELP_LOG_WARN("Failed to remove file {}", file.fileName().toStdString());
 }

@@ -1,5 +1,8 @@
 #include "FolderCopy.h"
 
+#include "TargetRefusal.h"
+
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -15,27 +18,44 @@ void allowReplacing(const fs::path &target)
         fs::permissions(target, fs::perms::owner_write, fs::perm_options::add | fs::perm_options::nofollow, error);
 }
 
-// The files of the target that the copy will replace; like the copy, the walk
-// follows links to folders in the source.
-void allowReplacingBelow(const fs::path &from, const fs::path &to)
+bool isRefusedTarget(const fs::path &target)
 {
     std::error_code error;
-    if (!fs::is_directory(from, error)) {
-        allowReplacing(fs::is_directory(to, error) ? to / from.filename() : to);
+    if (!fs::is_symlink(fs::symlink_status(target, error)))
+        return false;
+    refuseLinkedTarget(target);
+    return true;
+}
+
+// As the standard copy with recursive | overwrite_existing, links in the
+// source followed; but a link in the target is never written through: it
+// is left alone with a warning, and the rest is copied.
+void copyEntry(const fs::path &from, const fs::path &to)
+{
+    if (isRefusedTarget(to))
+        return;
+    if (!fs::is_directory(from)) {
+        allowReplacing(to);
+        fs::copy(from, to, fs::copy_options::overwrite_existing);
         return;
     }
-    const auto options = fs::directory_options::follow_directory_symlink;
-    for (fs::recursive_directory_iterator entry(from, options, error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (!entry->is_directory(error))
-            allowReplacing(to / entry->path().lexically_relative(from));
-    }
+    const fs::file_status target = fs::symlink_status(to);
+    if (fs::exists(target) && !fs::is_directory(target))
+        throw fs::filesystem_error("cannot copy", from, to, std::make_error_code(std::errc::is_a_directory));
+    if (!fs::exists(target))
+        fs::create_directory(to, from);
+    for (const fs::directory_entry &entry : fs::directory_iterator(from))
+        copyEntry(entry.path(), to / entry.path().filename());
 }
 
 } // namespace
 
+// A failure names the whole copy, as the standard copy does.
 void copyTree(const fs::path &from, const fs::path &to)
 {
-    allowReplacingBelow(from, to);
-    fs::copy(from, to, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+    try {
+        copyEntry(from, to);
+    } catch (const fs::filesystem_error &error) {
+        throw fs::filesystem_error("cannot copy", from, to, error.code());
+    }
 }

@@ -1,5 +1,9 @@
 #include "FolderCopy.h"
 
+#include "TargetRefusal.h"
+#include "WindowsPath.h"
+
+
 #include <windows.h>
 
 #include <string>
@@ -14,20 +18,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A path beyond MAX_PATH goes to the system in its extended-length form,
-// which no system setting limits; shorter ones go as they are. Every call
-// here is the system's own: the C runtime under the standard library takes no
-// such form. Error messages give the path as the caller did.
 std::wstring win32Path(const fs::path &path)
 {
-    std::wstring text = path.native();
-    if (text.size() < MAX_PATH || !path.is_absolute() || text.rfind(L"\\\\", 0) == 0)
-        return text;
-    for (wchar_t &character : text) {
-        if (character == L'/')
-            character = L'\\';
-    }
-    return L"\\\\?\\" + text;
+    return ::win32Path(path.native());
 }
 
 std::error_code lastError()
@@ -53,20 +46,8 @@ fs::file_status statusOf(const fs::path &path, std::error_code &error)
 std::vector<std::wstring> namesIn(const fs::path &folder, std::error_code &error)
 {
     std::vector<std::wstring> names;
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW((win32Path(folder) + L"\\*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) {
+    if (!namesInFolder(folder.native(), names))
         error = lastError();
-        return names;
-    }
-    do {
-        const std::wstring name = found.cFileName;
-        if (name != L"." && name != L"..")
-            names.push_back(name);
-    } while (FindNextFileW(search, &found));
-    if (GetLastError() != ERROR_NO_MORE_FILES)
-        error = lastError();
-    FindClose(search);
     return names;
 }
 
@@ -149,8 +130,21 @@ void copyFolder(const fs::path &from, const fs::path &to, fs::file_status target
     }
 }
 
+// A link or junction in the target is never written through: it is left
+// alone with a warning, and the rest is copied.
+bool isRefusedTarget(const fs::path &to)
+{
+    const DWORD attributes = GetFileAttributesW(win32Path(to).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+        return false;
+    refuseLinkedTarget(to);
+    return true;
+}
+
 void copyEntry(const fs::path &from, const fs::path &to, std::error_code &error)
 {
+    if (isRefusedTarget(to))
+        return;
     const fs::file_status source = statusOf(from, error);
     if (!error && !fs::exists(source))
         error = std::make_error_code(std::errc::no_such_file_or_directory);
