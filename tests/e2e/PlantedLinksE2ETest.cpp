@@ -94,7 +94,7 @@ protected:
 
     void expectRefused(const ToolRun &run, Place place, const QString &relative) const
     {
-        const QString line = "Refused to use folder " + machine->toolPath(place, relative) + ", because it is a link";
+        const QString line = "Refused to use " + machine->toolPath(place, relative) + ", because it is a link";
         EXPECT_TRUE(machine->comparable(run.log).contains(machine->comparable(line.toUtf8())))
             << run.log.toStdString();
     }
@@ -182,7 +182,7 @@ TEST_F(PlantedLinksE2ETest, ALinkInTheApplicationDataTargetIsNotWrittenThrough)
     const ToolRun run = install();
     expectOutsideUnchanged();
     EXPECT_TRUE(machine->comparable(run.log).contains(
-        machine->comparable(("Refused to use folder " + machine->toolPath(Place::ProgramData, "Tavrin/Licenses") +
+        machine->comparable(("Refused to use " + machine->toolPath(Place::ProgramData, "Tavrin/Licenses") +
                              ", because it is a link")
                                 .toUtf8())))
         << run.log.toStdString();
@@ -269,7 +269,7 @@ TEST_F(PlantedLinksE2ETest, AMakerFolderOfAnotherUserIsRefusedWhenRunningAsRoot)
     const ToolRun run = install();
     EXPECT_FALSE(machine->exists(Place::ProgramData, "Tavrin/Orv Collection"));
     EXPECT_FALSE(machine->exists(Place::ProgramData, "Tavrin/Licenses"));
-    const QString line = "Refused to use folder " + machine->toolPath(Place::ProgramData, "Tavrin") +
+    const QString line = "Refused to use " + machine->toolPath(Place::ProgramData, "Tavrin") +
                          ", because it belongs to another user (uid 65534)";
     EXPECT_TRUE(run.log.contains(line.toUtf8())) << run.log.toStdString();
     expectTheOtherStepsRan(run);

@@ -1,14 +1,17 @@
 #include "FolderCopy.h"
+#include "LogCapture.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -214,4 +217,34 @@ TEST_F(FolderCopyLinuxTest, ALinkInTheSourceIsCopiedAsWhatItLeadsTo)
     EXPECT_EQ(contentOf(to / "Common.lua"), "common");
     EXPECT_FALSE(fs::is_symlink(to / "icons"));
     EXPECT_EQ(contentOf(to / "icons" / "large.png"), "large icon");
+}
+
+// Someone else may have put a link in the target: what it leads to is never
+// written, the link is named in a warning, and the rest is copied.
+TEST_F(FolderCopyLinuxTest, LinksInTheTargetAreLeftAloneWithAWarningAndTheRestIsCopied)
+{
+    writeFile(root / "outside" / "secret", "secret");
+    writeFile(root / "outside" / "folder" / "kept.lua", "kept");
+    writeFile(from / "Info.lua", "info");
+    writeFile(from / "icons" / "large.png", "large icon");
+    writeFile(from / "Common.lua", "common");
+    fs::create_directories(to);
+    fs::create_symlink(root / "outside" / "secret", to / "Info.lua");
+    fs::create_directory_symlink(root / "outside" / "folder", to / "icons");
+    const LogCapture capture;
+
+    copyTree(from, to);
+
+    EXPECT_EQ(contentOf(root / "outside" / "secret"), "secret");
+    EXPECT_EQ(contentOf(root / "outside" / "folder" / "kept.lua"), "kept");
+    EXPECT_FALSE(fs::exists(root / "outside" / "folder" / "large.png"));
+    EXPECT_TRUE(fs::is_symlink(to / "Info.lua"));
+    EXPECT_EQ(contentOf(to / "Common.lua"), "common");
+    ASSERT_EQ(capture.texts().size(), 2u);
+    const std::vector<std::string> expected = {
+        "warning: Refused to use " + (to / "Info.lua").string() + ", because it is a link",
+        "warning: Refused to use " + (to / "icons").string() + ", because it is a link"};
+    std::vector<std::string> texts = capture.texts();
+    std::sort(texts.begin(), texts.end());
+    EXPECT_EQ(texts, expected);
 }

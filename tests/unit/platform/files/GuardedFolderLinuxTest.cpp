@@ -72,6 +72,21 @@ TEST_F(GuardedFolderTest, AFileThatIsALinkIsReplacedAndItsTargetKept)
     EXPECT_EQ(modeOf(path("secret")), 0600u);
 }
 
+TEST_F(GuardedFolderTest, AWriteThatFailsOpensNothingToAll)
+{
+    QDir().mkpath(path("Tavrin/Orv.cfg/inside"));
+    ASSERT_TRUE(QFile::setPermissions(path("Tavrin"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    const GuardedFolder folder(scratch.path(), "Tavrin");
+    const LogCapture capture;
+    folder.writeTextFile("Orv.cfg", "text", GuardedFolder::Access::OpenToAllUsers);
+    EXPECT_EQ(modeOf(path("Tavrin")), 0700u);
+    EXPECT_TRUE(QFileInfo(path("Tavrin/Orv.cfg/inside")).isDir());
+    EXPECT_EQ(QDir(path("Tavrin")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+              QStringList{"Orv.cfg"});
+    ASSERT_EQ(capture.texts().size(), 1u);
+    EXPECT_EQ(capture.texts()[0], "warning: Failed to create text file " + path("Tavrin/Orv.cfg").toStdString());
+}
+
 TEST_F(GuardedFolderTest, ALinkOnTheWayIsRefusedWithAWarningAndNothingIsWritten)
 {
     QDir().mkpath(path("elsewhere"));
@@ -83,7 +98,7 @@ TEST_F(GuardedFolderTest, ALinkOnTheWayIsRefusedWithAWarningAndNothingIsWritten)
     EXPECT_FALSE(folder.makeLink(path("elsewhere"), "link.lnk"));
     EXPECT_TRUE(QDir(path("elsewhere")).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
     ASSERT_EQ(capture.texts().size(), 1u);
-    EXPECT_EQ(capture.texts()[0], "warning: Refused to use folder " + path("Tavrin").toStdString() +
+    EXPECT_EQ(capture.texts()[0], "warning: Refused to use " + path("Tavrin").toStdString() +
                                       ", because it is a link");
 }
 
@@ -98,7 +113,7 @@ TEST_F(GuardedFolderTest, AFolderOfAnotherUserIsRefusedWhenRunningAsRoot)
     EXPECT_EQ(folder.outcome(), GuardedFolder::Outcome::Refused);
     EXPECT_FALSE(QFileInfo::exists(path("Tavrin/Orv Collection")));
     ASSERT_EQ(capture.texts().size(), 1u);
-    EXPECT_EQ(capture.texts()[0], "warning: Refused to use folder " + path("Tavrin").toStdString() +
+    EXPECT_EQ(capture.texts()[0], "warning: Refused to use " + path("Tavrin").toStdString() +
                                       ", because it belongs to another user (uid 65534)");
     // Deleting in a user's folder is no threat, and the users' own folders are among those places.
     EXPECT_NE(GuardedFolder(scratch.path(), "Tavrin", GuardedFolder::Purpose::Delete).outcome(),

@@ -26,7 +26,7 @@ public:
     // places). Only a write fails on a missing folder.
     enum class Purpose { Write, CheckForWriting, Delete };
 
-    // Logs "Refused to use folder {}, because {}" when refused, and the file
+    // Logs "Refused to use {}, because {}" when refused, and the file
     // actions' "Failed to create directory {}" when a folder can't be made.
     GuardedFolder(const QString &base, const QString &relative, Purpose purpose = Purpose::Write);
     ~GuardedFolder();

@@ -22,7 +22,7 @@ QString GuardedFolder::filePath(const QString &name) const
 
 void logRefusal(const QString &folder, const QString &reason)
 {
-    KELP_LOG_WARN("Refused to use folder {}, because {}", folder.toStdString(), reason.toStdString());
+    KELP_LOG_WARN("Refused to use {}, because {}", folder.toStdString(), reason.toStdString());
 }
 
 // ".." is resolved as text, as Windows does, before anything is opened; what

@@ -120,14 +120,16 @@ void GuardedFolder::writeTextFile(const QString &name, const QString &content, A
             break;
         written += step > 0 ? step : 0;
     }
-    if (access == Access::OpenToAllUsers)
-        grantUsersAccess(file, folder);
-    ::close(file);
     if (::renameat(folder, temporary.c_str(), folder, target.c_str()) != 0) {
+        ::close(file);
         ::unlinkat(folder, temporary.c_str(), 0);
         KELP_LOG_WARN("Failed to create text file {}", filePath(name).toStdString());
         return;
     }
+    // Only what was written is opened to all, through the handles it was written by.
+    if (access == Access::OpenToAllUsers)
+        grantUsersAccess(file, folder);
+    ::close(file);
     KELP_LOG_INFO("Text file created {} with content {}", filePath(name).toStdString(), content.toStdString());
 }
 
