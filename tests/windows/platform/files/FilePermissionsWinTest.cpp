@@ -149,3 +149,66 @@ TEST_F(FilePermissionsWinTest, AMissingFilePrintsTheGetNamedSecurityInfoError)
     EXPECT_EQ(result, static_cast<std::uint32_t>(ERROR_FILE_NOT_FOUND));
     EXPECT_EQ(printed, "GetNamedSecurityInfo Error " + std::to_string(result) + "\n");
 }
+
+namespace {
+
+// The collection file's own handle, as the program writes it.
+class WrittenFile
+{
+public:
+    explicit WrittenFile(const std::wstring &path)
+        : handle_(CreateFileW(path.c_str(), GENERIC_WRITE | READ_CONTROL | WRITE_DAC, 0, nullptr, OPEN_EXISTING,
+                              FILE_FLAG_OPEN_REPARSE_POINT, nullptr))
+    {
+    }
+    ~WrittenFile()
+    {
+        if (handle_ != INVALID_HANDLE_VALUE)
+            CloseHandle(handle_);
+    }
+    WrittenFile(const WrittenFile &) = delete;
+    WrittenFile &operator=(const WrittenFile &) = delete;
+
+    std::intptr_t get() const { return reinterpret_cast<std::intptr_t>(handle_); }
+
+private:
+    HANDLE handle_;
+};
+
+} // namespace
+
+TEST_F(FilePermissionsWinTest, GrantingUsersOnTheHandleGivesZeroAndPrintsNothing)
+{
+    const WrittenFile written(file);
+    testing::internal::CaptureStdout();
+    const std::uint32_t result = grantUsersAccess(written.get(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(result, 0u);
+}
+
+// By the identifier, so the entry is the same whatever the group is called
+// in the system's language.
+TEST_F(FilePermissionsWinTest, TheHandlesGrantIsTheEntryOfUsersByName)
+{
+    if (isWine())
+        GTEST_SKIP() << "Wine keeps no access list of a file beyond its Unix mode bits";
+    const std::vector<AccessEntry> othersBefore = accessEntries(file, false);
+    {
+        const WrittenFile written(file);
+        ASSERT_EQ(grantUsersAccess(written.get(), 0), 0u);
+    }
+    const std::vector<AccessEntry> byIdentifier = allEntries(file);
+    ASSERT_EQ(accessEntries(file, true).size(), 1u);
+    EXPECT_EQ(accessEntries(file, false), othersBefore);
+    ASSERT_EQ(grantOnFile(file, L"Users"), 0u);
+    EXPECT_EQ(allEntries(file), byIdentifier);
+}
+
+TEST_F(FilePermissionsWinTest, ANullHandlePrintsTheGetNamedSecurityInfoError)
+{
+    testing::internal::CaptureStdout();
+    const std::uint32_t result = grantUsersAccess(0, 0);
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_NE(result, 0u);
+    EXPECT_EQ(printed, "GetNamedSecurityInfo Error " + std::to_string(result) + "\n");
+}
