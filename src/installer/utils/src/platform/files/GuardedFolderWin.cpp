@@ -156,9 +156,10 @@ GuardedFolder::GuardedFolder(const QString &base, const QString &relative, Purpo
     const QString &root = place.base;
     if (purpose == Purpose::Write && !QDir(root).exists())
         QDir().mkpath(root);
+    // Asked first: the membership check overwrites the error that a failed open leaves.
+    const bool elevated = purpose != Purpose::Delete && isAdministrator();
     std::wstring reached = root.toStdWString();
     HANDLE folder = base.contains(QChar::Null) ? INVALID_HANDLE_VALUE : openFolder(reached, 0);
-    const bool elevated = purpose != Purpose::Delete && isAdministrator();
     for (const QString &component : place.relative.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
         if (folder == INVALID_HANDLE_VALUE)
             break;
