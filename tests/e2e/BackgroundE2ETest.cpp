@@ -46,6 +46,14 @@ TEST_F(BackgroundE2ETest, RunsTheWmicCommandFromTheSearchPath)
     EXPECT_EQ(machine->fakeWmicArguments(), "/OUTPUT:STDOUT\nPROCESS\nget\nCaption\n");
 }
 
+// The stand-in reads its input to the end before it prints, as Windows' wmic
+// does when that input is a pipe. The tool closes that pipe at the start;
+// left open, every probe would wait out its 30 s and answer nothing.
+TEST_F(BackgroundE2ETest, AWmicThatReadsItsInputToTheEndAnswers)
+{
+    EXPECT_EQ(probeWith("Caption\r\r\nPhotoshop.exe\r\r\n"), QJsonArray{"Photoshop.exe"});
+}
+
 TEST_F(BackgroundE2ETest, NoMatchGivesAnEmptyList)
 {
     machine->installFakeWmic(wmicList({"System Idle Process", "explorer.exe", "svchost.exe"}));

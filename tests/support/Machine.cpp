@@ -105,6 +105,7 @@ void Machine::installFakeWmic(const QByteArray &output, const QByteArray &errorO
     const QString script =
         QStringLiteral("#!/bin/sh\n"
                        "printf '%s\\n' \"$@\" > %1\n"
+                       "cat >/dev/null\n"
                        "cat %2\n"
                        "cat %3 >&2\n")
             .arg(shellQuoted(path(QStringLiteral("wmic/arguments"))), shellQuoted(outputFile), shellQuoted(errorFile));

@@ -29,8 +29,9 @@ public:
     // The bytes of a file below the machine's root; empty when it can't be read.
     QByteArray readFile(const QString &relativePath) const;
 
-    // Puts a wmic.exe on the search path that prints these bytes on its output
-    // and error channels and records its arguments, one per line.
+    // Puts a wmic.exe on the search path that records its arguments, one per
+    // line, reads its input to the end, as Windows' wmic does when that input
+    // is a pipe, and then prints these bytes on its output and error channels.
     void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {});
     QString fakeWmicArguments() const;
 

@@ -105,8 +105,11 @@ public:
     // running host holds its plug-ins, until the object goes. Only Windows
     // keeps others from a file so; on Linux the file is merely open.
     virtual std::unique_ptr<RunningProgram> holdFile(Place place, const QString &relative) const = 0;
-    // Puts a wmic.exe where the tool finds it, which prints these bytes on
-    // its output and error channels and records its arguments, one a line.
+    // Puts a wmic.exe where the tool looks for it: on the search path of the
+    // Linux machine, in the system folder's wbem folder of the Wine machine.
+    // It records its arguments, one a line, reads its input to the end, as
+    // Windows' wmic does when that input is a pipe, and then prints these
+    // bytes on its output and error channels.
     virtual void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {}) = 0;
     // The arguments it recorded; empty when it never ran.
     virtual QString fakeWmicArguments() const = 0;

@@ -3,9 +3,10 @@
 #include <string>
 
 // Stands in for wmic.exe on a Wine test machine: copied over the system's
-// wmic.exe, it writes the bytes of fake-wmic\stdout and fake-wmic\stderr
-// beside itself to its standard output and error, unchanged, and records its
-// arguments in fake-wmic\arguments as UTF-8, one a line.
+// wmic.exe, it records its arguments in fake-wmic\arguments beside itself as
+// UTF-8, one a line; reads its standard input to the end, as Windows' wmic
+// does when that input is a pipe; then writes the bytes of fake-wmic\stdout
+// and fake-wmic\stderr to its standard output and error, unchanged.
 namespace {
 
 std::wstring dataFolder()
@@ -28,6 +29,13 @@ std::string readAll(const std::wstring &path)
         content.append(buffer, count);
     CloseHandle(file);
     return content;
+}
+
+void readToTheEnd(HANDLE handle)
+{
+    char buffer[4096];
+    DWORD count = 0;
+    while (ReadFile(handle, buffer, sizeof(buffer), &count, nullptr) && count > 0) {}
 }
 
 void writeAll(HANDLE handle, const std::string &bytes)
@@ -60,6 +68,7 @@ int wmain(int argc, wchar_t **argv)
         writeAll(record, arguments);
         CloseHandle(record);
     }
+    readToTheEnd(GetStdHandle(STD_INPUT_HANDLE));
     writeAll(GetStdHandle(STD_OUTPUT_HANDLE), readAll(folder + L"stdout"));
     writeAll(GetStdHandle(STD_ERROR_HANDLE), readAll(folder + L"stderr"));
     return 0;

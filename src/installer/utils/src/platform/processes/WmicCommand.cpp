@@ -19,6 +19,9 @@ QByteArray runWmicCommand()
     QStringList arguments = QProcess::splitCommand(wmicCommand);
     const QString program = arguments.takeFirst();
     process.start(program, arguments, QIODevice::ReadWrite);
+    // wmic reads its input to the end before it exits when that input is a
+    // pipe; an open pipe would hold it until the wait below runs out.
+    process.closeWriteChannel();
     // Neither wait is checked: after a time-out the list is what was printed so far.
     process.waitForStarted(waitMilliseconds);
     process.waitForFinished(waitMilliseconds);
