@@ -40,7 +40,7 @@ QByteArray wmicList(const QList<QByteArray> &captions)
 
 } // namespace
 
-TEST_F(BackgroundE2ETest, RunsTheWmicCommandFromTheSearchPath)
+TEST_F(BackgroundE2ETest, RunsTheWmicCommand)
 {
     probeWith(wmicList({}));
     EXPECT_EQ(machine->fakeWmicArguments(), "/OUTPUT:STDOUT\nPROCESS\nget\nCaption\n");

@@ -37,6 +37,7 @@ const QString suiteRootFolder = QStringLiteral("C:\\suite");
 const QString wizardFolder = QStringLiteral("wizard");
 const QString accessListHelper = QStringLiteral("C:\\setup\\AccessListHelper.exe");
 const QString collectionFile = QStringLiteral("C:\\ProgramData\\Tavrin\\Orv Collection\\OrvCollection.cfg");
+const QString winesWmic = QStringLiteral("C:\\windows\\system32\\wbem\\wmic.exe");
 
 const QString roaming = QStringLiteral("users/") + WinePrefix::userName + QStringLiteral("/AppData/Roaming");
 const QString local = QStringLiteral("users/") + WinePrefix::userName + QStringLiteral("/AppData/Local");
@@ -175,20 +176,18 @@ protected:
         EXPECT_EQ(run.standardOutput, QByteArray()) << option;
     }
 
-    // --background, with wmic.exe out of reach: the search path holds only
-    // the system folders, not Wine's wbem folder, where its wmic.exe lies.
+    // --background, with Wine's wmic.exe set aside: the program starts only
+    // the system's own wmic, by its full path, whatever the search path holds.
     DeployerRun runBackgroundWithoutWmic() const
     {
-        const QMap<QString, qint64> logs = logSizes();
-        const DeployerRun run =
-            prefix_->run(QStringLiteral("cmd"),
-                         {QStringLiteral("/c"), QStringLiteral("set PATH=C:\\windows\\system32;C:\\windows&& ") +
-                                                    deployer + QStringLiteral(" --background")},
-                         prefix_->driveC() + QLatin1Char('/') + wizardFolder);
-        EXPECT_TRUE(run.exitedNormally);
-        EXPECT_EQ(run.exitCode, 0);
-        const QStringList errors = errorsLoggedSince(logs);
-        EXPECT_TRUE(errors.isEmpty()) << errors.join(QLatin1Char('\n')).toStdString();
+        const QString wmic = prefix_->linuxPath(winesWmic);
+        const QString aside = wmic + QStringLiteral(".aside");
+        if (!QFile::rename(wmic, aside)) {
+            ADD_FAILURE() << "cannot set " << wmic.toStdString() << " aside";
+            return {};
+        }
+        const DeployerRun run = runJob({QStringLiteral("--background")});
+        EXPECT_TRUE(QFile::rename(aside, wmic)) << wmic.toStdString();
         return run;
     }
 
@@ -323,8 +322,8 @@ TEST_F(WineRoadTest, BackgroundWithWinesWmicFindsNothing)
     const RunningWindowsProgram photoshop(*prefix_, QStringLiteral("C:\\setup\\Photoshop.exe"));
     ASSERT_EQ(photoshop.firstLine(), "running");
 
-    const DeployerRun wmic = prefix_->run(QStringLiteral("wmic.exe"),
-                                          QProcess::splitCommand(QStringLiteral("/OUTPUT:STDOUT PROCESS get Caption")));
+    const DeployerRun wmic =
+        prefix_->run(winesWmic, QProcess::splitCommand(QStringLiteral("/OUTPUT:STDOUT PROCESS get Caption")));
     ASSERT_TRUE(wmic.standardOutput.startsWith("\xff\xfe")) << wmic.standardOutput.toHex().left(64).toStdString();
     const QString listed = QString::fromUtf16(reinterpret_cast<const char16_t *>(wmic.standardOutput.constData() + 2),
                                               (wmic.standardOutput.size() - 2) / 2);
@@ -341,7 +340,7 @@ TEST_F(WineRoadTest, BackgroundWithWinesWmicFindsNothing)
 TEST_F(WineRoadTest, BackgroundWithoutWmicListsTheBlockingApplications)
 {
     const QString before = listingBesideTheLogs();
-    ASSERT_TRUE(QFileInfo::exists(prefix_->linuxPath(QStringLiteral("C:\\windows\\system32\\wbem\\wmic.exe"))));
+    ASSERT_TRUE(QFileInfo::exists(prefix_->linuxPath(winesWmic)));
     {
         const RunningWindowsProgram photoshop(*prefix_, QStringLiteral("C:\\setup\\Photoshop.exe"));
         const RunningWindowsProgram tintara(*prefix_, QStringLiteral("C:\\setup\\Tintara 5.exe"));

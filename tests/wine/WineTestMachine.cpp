@@ -251,7 +251,17 @@ std::unique_ptr<RunningProgram> WineTestMachine::holdFile(Place place, const QSt
 
 void WineTestMachine::installFakeWmic(const QByteArray &output, const QByteArray &errorOutput)
 {
-    const QString data = linuxPath(wmicFolder + QStringLiteral("\\fake-wmic"));
+    installFakeWmicIn(wmicFolder, output, errorOutput);
+}
+
+QString WineTestMachine::fakeWmicArguments() const
+{
+    return fakeWmicRecord(wmicFolder, QStringLiteral("arguments"));
+}
+
+void WineTestMachine::installFakeWmicIn(const QString &folder, const QByteArray &output, const QByteArray &errorOutput)
+{
+    const QString data = linuxPath(folder + QStringLiteral("\\fake-wmic"));
     QDir().mkpath(data);
     for (const auto &[name, bytes] : {std::pair{"stdout", output}, std::pair{"stderr", errorOutput}}) {
         QFile file(data + QLatin1Char('/') + QLatin1String(name));
@@ -259,14 +269,15 @@ void WineTestMachine::installFakeWmic(const QByteArray &output, const QByteArray
             throw std::runtime_error("cannot write the fake wmic's " + std::string(name));
     }
     // A new file where the template's hard link stood: the template stays as it is.
-    QFile::remove(linuxPath(wmicFolder + QStringLiteral("\\wmic.exe")));
-    if (!QFile::copy(QStringLiteral(FAKE_WMIC), linuxPath(wmicFolder + QStringLiteral("\\wmic.exe"))))
+    const QString program = linuxPath(folder + QStringLiteral("\\wmic.exe"));
+    QFile::remove(program);
+    if (!QFile::copy(QStringLiteral(FAKE_WMIC), program))
         throw std::runtime_error("cannot put the fake wmic.exe in place");
 }
 
-QString WineTestMachine::fakeWmicArguments() const
+QString WineTestMachine::fakeWmicRecord(const QString &folder, const QString &name) const
 {
-    QFile file(linuxPath(wmicFolder + QStringLiteral("\\fake-wmic\\arguments")));
+    QFile file(linuxPath(folder + QStringLiteral("\\fake-wmic\\") + name));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readAll());

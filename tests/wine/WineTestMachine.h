@@ -38,6 +38,12 @@ public:
     void installFakeWmic(const QByteArray &output, const QByteArray &errorOutput = {}) override;
     QString fakeWmicArguments() const override;
 
+    // A stand-in wmic.exe (FakeWmic) in this folder ("C:\setup") that prints
+    // these bytes, as installFakeWmic puts one in the system's wbem folder;
+    // and what one there recorded ("arguments", "program"), empty when it never ran.
+    void installFakeWmicIn(const QString &folder, const QByteArray &output, const QByteArray &errorOutput = {});
+    QString fakeWmicRecord(const QString &folder, const QString &name) const;
+
     QString driveC() const;
     // "C:\folder\file" as the Linux path below drive_c.
     QString linuxPath(const QString &windowsPath) const;

@@ -2,11 +2,12 @@
 
 #include <string>
 
-// Stands in for wmic.exe on a Wine test machine: copied over the system's
-// wmic.exe, it records its arguments in fake-wmic\arguments beside itself as
-// UTF-8, one a line; reads its standard input to the end, as Windows' wmic
-// does when that input is a pipe; then writes the bytes of fake-wmic\stdout
-// and fake-wmic\stderr to its standard output and error, unchanged.
+// Stands in for wmic.exe on a Wine test machine, wherever a test puts it: it
+// records its arguments in fake-wmic\arguments beside itself as UTF-8, one a
+// line, and the program name it was started by (argv[0]) in fake-wmic\program;
+// reads its standard input to the end, as Windows' wmic does when that input
+// is a pipe; then writes the bytes of fake-wmic\stdout and fake-wmic\stderr
+// to its standard output and error, unchanged.
 namespace {
 
 std::wstring dataFolder()
@@ -45,6 +46,16 @@ void writeAll(HANDLE handle, const std::string &bytes)
         WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
 }
 
+void writeFile(const std::wstring &path, const std::string &bytes)
+{
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return;
+    writeAll(file, bytes);
+    CloseHandle(file);
+}
+
 std::string utf8(const wchar_t *text)
 {
     const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
@@ -62,12 +73,8 @@ int wmain(int argc, wchar_t **argv)
     std::string arguments;
     for (int i = 1; i < argc; ++i)
         arguments += utf8(argv[i]) + '\n';
-    const HANDLE record = CreateFileW((folder + L"arguments").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (record != INVALID_HANDLE_VALUE) {
-        writeAll(record, arguments);
-        CloseHandle(record);
-    }
+    writeFile(folder + L"arguments", arguments);
+    writeFile(folder + L"program", utf8(argv[0]));
     readToTheEnd(GetStdHandle(STD_INPUT_HANDLE));
     writeAll(GetStdHandle(STD_OUTPUT_HANDLE), readAll(folder + L"stdout"));
     writeAll(GetStdHandle(STD_ERROR_HANDLE), readAll(folder + L"stderr"));

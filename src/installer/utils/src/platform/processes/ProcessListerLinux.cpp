@@ -5,11 +5,11 @@
 
 #include <QString>
 
-// A wmic.exe on the search path stands for the Windows command (tests and
-// demonstrations put one there); without it the list comes from /proc.
+// Without a wmic.exe on PATH the list comes from /proc.
 QByteArray processCaptionList()
 {
-    if (isWmicOnPath())
-        return runWmicCommand();
+    const QString wmic = wmicProgram();
+    if (!wmic.isEmpty())
+        return runWmicCommand(wmic);
     return procFsCaptionList(QStringLiteral("/proc"));
 }
