@@ -1,0 +1,3 @@
+#include "LibrarySearch.h"
+
+void restrictLibrarySearch() {}
