@@ -95,8 +95,7 @@ protected:
     void expectRefused(const ToolRun &run, Place place, const QString &relative) const
     {
         const QString line = "Refused to use " + machine->toolPath(place, relative) + ", because it is a link";
-        EXPECT_TRUE(machine->comparable(run.log).contains(machine->comparable(line.toUtf8())))
-            << run.log.toStdString();
+        EXPECT_TRUE(machine->comparable(run.log).contains(machine->comparable(line.toUtf8()))) << run.log.toStdString();
     }
 
     // The steps of an installation that no planted link stands in the way of.
@@ -181,10 +180,9 @@ TEST_F(PlantedLinksE2ETest, ALinkInTheApplicationDataTargetIsNotWrittenThrough)
     machine->writeFile(Place::Scratch, "suite/appData/Licenses/Orv.lic", "second licence");
     const ToolRun run = install();
     expectOutsideUnchanged();
-    EXPECT_TRUE(machine->comparable(run.log).contains(
-        machine->comparable(("Refused to use " + machine->toolPath(Place::ProgramData, "Tavrin/Licenses") +
-                             ", because it is a link")
-                                .toUtf8())))
+    EXPECT_TRUE(machine->comparable(run.log).contains(machine->comparable(
+        ("Refused to use " + machine->toolPath(Place::ProgramData, "Tavrin/Licenses") + ", because it is a link")
+            .toUtf8())))
         << run.log.toStdString();
     expectTheOtherStepsRan(run);
 }

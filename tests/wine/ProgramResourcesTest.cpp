@@ -25,12 +25,14 @@ protected:
         QDir().mkpath(prefix->linuxPath(QStringLiteral("C:\\setup")));
         QFile::copy(QStringLiteral(SUITEDEPLOYER_WINDOWS_PROGRAM),
                     prefix->linuxPath(QStringLiteral("C:\\setup\\SuiteDeployer.exe")));
-        QFile::copy(QStringLiteral(RESOURCE_READER), prefix->linuxPath(QStringLiteral("C:\\setup\\ResourceReader.exe")));
+        QFile::copy(QStringLiteral(RESOURCE_READER),
+                    prefix->linuxPath(QStringLiteral("C:\\setup\\ResourceReader.exe")));
         const DeployerRun run = prefix->run(QStringLiteral("C:\\setup\\ResourceReader.exe"),
                                             {QStringLiteral("C:\\setup\\SuiteDeployer.exe")});
         exitCode = run.exitCode;
         // The helper's standard output is in text mode: its line ends are CR LF.
-        const QString text = QString::fromUtf8(run.standardOutput).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        const QString text =
+            QString::fromUtf8(run.standardOutput).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
         const int manifestStart = text.indexOf(QStringLiteral("manifest:\n"));
         for (const QString &line : text.left(manifestStart).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
             values.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1).trimmed());
@@ -74,10 +76,11 @@ TEST_F(ProgramResourcesTest, TheManifestAsksForNoElevationAndNamesWindows7To11)
         << manifest.toStdString();
     for (const char *system : {"{35138b9a-5d96-4fbd-8e2d-a2440225f93a}", "{4a2f28e3-53b9-4441-ba9c-d69d4a4a6e38}",
                                "{1f676c76-80e1-4239-95bb-83d0f6d0da78}", "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"})
-        EXPECT_TRUE(manifest.contains(QStringLiteral("<supportedOS Id=\"%1\"/>").arg(QLatin1String(system))))
-            << system;
-    EXPECT_TRUE(manifest.contains("<activeCodePage xmlns=\"http://schemas.microsoft.com/SMI/2019/WindowsSettings\">UTF-8"));
-    EXPECT_TRUE(manifest.contains("<longPathAware xmlns=\"http://schemas.microsoft.com/SMI/2016/WindowsSettings\">true"));
+        EXPECT_TRUE(manifest.contains(QStringLiteral("<supportedOS Id=\"%1\"/>").arg(QLatin1String(system)))) << system;
+    EXPECT_TRUE(
+        manifest.contains("<activeCodePage xmlns=\"http://schemas.microsoft.com/SMI/2019/WindowsSettings\">UTF-8"));
+    EXPECT_TRUE(
+        manifest.contains("<longPathAware xmlns=\"http://schemas.microsoft.com/SMI/2016/WindowsSettings\">true"));
     EXPECT_TRUE(manifest.contains("version=\"" + version + "\"")) << manifest.toStdString();
 }
 

@@ -49,7 +49,8 @@ int wmain(int argc, wchar_t **argv)
         printText(block, name);
 
     const HMODULE program = LoadLibraryExW(argv[1], nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    const HRSRC found = program == nullptr ? nullptr : FindResourceW(program, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(24));
+    const HRSRC found =
+        program == nullptr ? nullptr : FindResourceW(program, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(24));
     const HGLOBAL loaded = found == nullptr ? nullptr : LoadResource(program, found);
     if (loaded == nullptr)
         return 2;

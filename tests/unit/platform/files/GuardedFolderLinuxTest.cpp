@@ -98,8 +98,7 @@ TEST_F(GuardedFolderTest, ALinkOnTheWayIsRefusedWithAWarningAndNothingIsWritten)
     EXPECT_FALSE(folder.makeLink(path("elsewhere"), "link.lnk"));
     EXPECT_TRUE(QDir(path("elsewhere")).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
     ASSERT_EQ(capture.texts().size(), 1u);
-    EXPECT_EQ(capture.texts()[0], "warning: Refused to use " + path("Tavrin").toStdString() +
-                                      ", because it is a link");
+    EXPECT_EQ(capture.texts()[0], "warning: Refused to use " + path("Tavrin").toStdString() + ", because it is a link");
 }
 
 TEST_F(GuardedFolderTest, AFolderOfAnotherUserIsRefusedWhenRunningAsRoot)

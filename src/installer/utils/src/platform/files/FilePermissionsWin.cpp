@@ -84,9 +84,9 @@ std::uint32_t grantUsersAccess(std::intptr_t file, std::intptr_t /*folder*/)
     if (!CreateWellKnownSid(WinBuiltinUsersSid, nullptr, users, &size))
         return static_cast<std::uint32_t>(GetLastError());
     const HANDLE handle = reinterpret_cast<HANDLE>(file);
-    const EXPLICIT_ACCESSW access = entryOf(GENERIC_READ | GENERIC_WRITE | DELETE, SET_ACCESS,
-                                            OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE, TRUSTEE_IS_SID,
-                                            static_cast<LPWSTR>(static_cast<void *>(users)));
+    const EXPLICIT_ACCESSW access =
+        entryOf(GENERIC_READ | GENERIC_WRITE | DELETE, SET_ACCESS, OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE,
+                TRUSTEE_IS_SID, static_cast<LPWSTR>(static_cast<void *>(users)));
     return mergeEntry(
         access,
         [&](PACL *current, PSECURITY_DESCRIPTOR *descriptor) {

@@ -57,7 +57,7 @@ void fileUtils::createTextFile(QFile &&file, const QString &content)
     KELP_LOG_INFO("Text file created {} with content {}", file.fileName().toStdString(), content.toStdString());
 }
 
-void fileUtils::removeDir(QDir dir)
+void fileUtils::removeDir(const QDir &dir)
 {
     if (!dir.exists())
         return;
@@ -80,7 +80,7 @@ void fileUtils::removeFile(QFile &&file)
         KELP_LOG_WARN("Failed to remove file {}", file.fileName().toStdString());
 }
 
-void fileUtils::removeDir(QDir dir, const QString &base)
+void fileUtils::removeDir(const QDir &dir, const QString &base)
 {
     if (!dir.exists())
         return;

@@ -11,7 +11,7 @@ namespace fileUtils {
 
 void createDir(QDir &dir);
 void createTextFile(QFile &&file, const QString &content);
-void removeDir(QDir dir);
+void removeDir(const QDir &dir);
 void removeFile(QFile &&file);
 
 // The same removals of something below base, a folder that the system or the
@@ -19,7 +19,7 @@ void removeFile(QFile &&file);
 // between base and the target is opened without following links, and a link
 // there is refused with a warning that names it. The target itself, when it is
 // a link, goes as a link.
-void removeDir(QDir dir, const QString &base);
+void removeDir(const QDir &dir, const QString &base);
 void removeFile(QFile &&file, const QString &base);
 
 // Whether a folder can be walked at all. A path with a NUL character names no

@@ -2,7 +2,6 @@
 
 #include "TargetRefusal.h"
 
-
 namespace fs = std::filesystem;
 
 namespace {

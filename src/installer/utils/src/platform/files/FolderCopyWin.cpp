@@ -3,7 +3,6 @@
 #include "TargetRefusal.h"
 #include "WindowsPath.h"
 
-
 #include <windows.h>
 
 #include <string>

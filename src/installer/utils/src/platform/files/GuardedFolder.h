@@ -59,7 +59,8 @@ public:
     class Handles;
 
 private:
-    struct Place {
+    struct Place
+    {
         QString base;
         QString relative;
     };

@@ -37,10 +37,12 @@ QString refusalOf(int parent, const std::string &name, int folder, GuardedFolder
 {
     struct stat status;
     if (folder < 0) {
-        const bool isLink = ::fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+        const bool isLink =
+            ::fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
         return isLink ? QStringLiteral("it is a link") : QString();
     }
-    if (purpose != GuardedFolder::Purpose::Delete && ::geteuid() == 0 && ::fstat(folder, &status) == 0 && status.st_uid != 0)
+    if (purpose != GuardedFolder::Purpose::Delete && ::geteuid() == 0 && ::fstat(folder, &status) == 0 &&
+        status.st_uid != 0)
         return QStringLiteral("it belongs to another user (uid %1)").arg(status.st_uid);
     return QString();
 }

@@ -35,9 +35,8 @@ namespace {
 // while it is open, so that its path keeps leading to it.
 HANDLE openFolder(const std::wstring &path, DWORD flags)
 {
-    return CreateFileW(win32Path(path).c_str(), FILE_READ_ATTRIBUTES | READ_CONTROL,
-                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags,
-                       nullptr);
+    return CreateFileW(win32Path(path).c_str(), FILE_READ_ATTRIBUTES | READ_CONTROL, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                       nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr);
 }
 
 bool isAdministrator()
@@ -86,8 +85,7 @@ QString ownerRefusal(HANDLE folder)
     const bool trusted = IsWellKnownSid(owner, WinBuiltinAdministratorsSid) ||
                          IsWellKnownSid(owner, WinLocalSystemSid) ||
                          (trustedInstaller != nullptr && EqualSid(owner, trustedInstaller)) || isOwnSid(owner);
-    const QString refusal =
-        trusted ? QString() : QStringLiteral("it belongs to another user (%1)").arg(sidText(owner));
+    const QString refusal = trusted ? QString() : QStringLiteral("it belongs to another user (%1)").arg(sidText(owner));
     if (trustedInstaller != nullptr)
         LocalFree(trustedInstaller);
     LocalFree(descriptor);
@@ -100,8 +98,8 @@ QString ownerRefusal(HANDLE folder)
 bool isLink(HANDLE folder, const std::wstring &path)
 {
     BY_HANDLE_FILE_INFORMATION information = {};
-    const bool handleSaysLink =
-        GetFileInformationByHandle(folder, &information) && (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
+    const bool handleSaysLink = GetFileInformationByHandle(folder, &information) &&
+                                (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
     const DWORD attributes = GetFileAttributesW(win32Path(path).c_str());
     return handleSaysLink || (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT));
 }

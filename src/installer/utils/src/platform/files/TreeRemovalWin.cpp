@@ -49,8 +49,9 @@ bool removeFolder(const std::wstring &path)
     }
     // Wine opens what a link of the prefix's leads to; its path's attributes tell.
     const DWORD pathAttributes = GetFileAttributesW(win32Path(path).c_str());
-    const DWORD attributes = information.dwFileAttributes |
-                             (pathAttributes == INVALID_FILE_ATTRIBUTES ? 0 : pathAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
+    const DWORD attributes =
+        information.dwFileAttributes |
+        (pathAttributes == INVALID_FILE_ATTRIBUTES ? 0 : pathAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
         CloseHandle(folder);
         return removeSingle(path, attributes);
