@@ -55,6 +55,10 @@ run_stage fuzzing "$SUITEDEPLOYER_ROOT/scripts/fuzz.sh"
 run_stage "Wine tests" "$SUITEDEPLOYER_ROOT/scripts/wine-tests.sh"
 run_stage "Windows program" "$SUITEDEPLOYER_ROOT/scripts/build-windows.sh"
 run_stage "Windows same bytes" "$SUITEDEPLOYER_ROOT/scripts/windows-same-bytes.sh"
+release_folder=$(mktemp -d "${TMPDIR:-/tmp}/suitedeployer-release.XXXXXX")
+run_stage "Windows release" bash -c '"$1/scripts/build-windows.sh" --release "$2/release" >"$2/build.log" &&
+  "$1/scripts/check-windows-release.sh" "$2/release"' _ "$SUITEDEPLOYER_ROOT" "$release_folder"
+rm -rf "$release_folder"
 run_stage "Wine road" "$SUITEDEPLOYER_ROOT/scripts/wine-road.sh"
 run_stage "Wine end-to-end" "$SUITEDEPLOYER_ROOT/scripts/wine-e2e.sh"
 run_stage "sanitizer build" build_project "$sanitized" -DSUITEDEPLOYER_SANITIZE=ON -DSUITEDEPLOYER_BUILD_BENCH=OFF

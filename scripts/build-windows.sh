@@ -7,15 +7,31 @@
 # on the machine), then builds the exe in build-windows/ and prints its path
 # and SHA-256 last.
 #
+#   scripts/build-windows.sh [--release DIR]
+#
+#   --release DIR         also puts the release into DIR: the exe, its
+#                         third-party notices, its bill of materials, the kit
+#                         to relink it with another Qt Core, and SHA256SUMS
+#                         (scripts/windows-release.sh); DIR is made anew
 #   SUITEDEPLOYER_CACHE   where the Windows libraries are kept
 #                         (default: ${XDG_CACHE_HOME:-$HOME/.cache}/suitedeployer)
 set -euo pipefail
 source "$(dirname "$0")/bootstrap.sh"
 
+release_dir=
+case "${1:-}" in
+  --release)
+    [ -n "${2:-}" ] || { echo "usage: $0 [--release DIR]" >&2; exit 2; }
+    release_dir=$2
+    ;;
+  "") ;;
+  *) echo "usage: $0 [--release DIR]" >&2; exit 2 ;;
+esac
+
 WINDOWS_PACKAGES=(
   cmake make dpkg-dev g++-mingw-w64-x86-64-posix
   qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools
-  libboost-dev libboost1.74-dev libspdlog-dev libfmt-dev
+  libboost-dev libboost1.74-dev libspdlog-dev libfmt-dev python3
 )
 ensure_packages "${WINDOWS_PACKAGES[@]}"
 
@@ -203,5 +219,10 @@ build_qt
 build_boost
 write_packages
 build_program
+if [ -n "$release_dir" ]; then
+  source "$SUITEDEPLOYER_ROOT/scripts/windows-release.sh"
+  make_release "$release_dir"
+  echo "Release: $release_dir"
+fi
 echo "$program"
 sha256sum "$program" | cut -d' ' -f1
