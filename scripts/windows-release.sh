@@ -14,17 +14,33 @@
 # $qt_version, $boost_version, $target, $compiler, $program.
 
 # Each component that goes into the exe: its name, its Debian source package,
-# the binary package whose version and copyright file name it, and the SPDX
-# licence expression of what the exe takes of it.
+# the binary package whose version and copyright file name it, the SPDX
+# licence expression of what the exe takes of it, and, for a library that Qt
+# bundles, its folder in Qt's sources.
 release_components() {
   cat <<'TABLE'
-Qt Core|qtbase-opensource-src|qtbase5-dev|LGPL-3.0-only
-Boost.Filesystem and Boost.System|boost1.74|libboost1.74-dev|BSL-1.0
-spdlog|spdlog|libspdlog-dev|MIT
-fmt|fmtlib|libfmt-dev|MIT
-mingw-w64 runtime and its thread library (winpthreads)|mingw-w64|mingw-w64-x86-64-dev|ZPL-2.1 AND MIT AND LicenseRef-Public-Domain
-GCC runtime libraries (libstdc++, libgcc)|gcc-mingw-w64|gcc-mingw-w64-base|GPL-3.0-or-later WITH GCC-exception-3.1
+Qt Core|qtbase-opensource-src|qtbase5-dev|LGPL-3.0-only|
+zlib, bundled in Qt Core|qtbase-opensource-src|qtbase5-dev|Zlib|src/3rdparty/zlib
+PCRE2, bundled in Qt Core|qtbase-opensource-src|qtbase5-dev|BSD-3-Clause|src/3rdparty/pcre2
+Boost.Filesystem and Boost.System|boost1.74|libboost1.74-dev|BSL-1.0|
+spdlog|spdlog|libspdlog-dev|MIT|
+fmt|fmtlib|libfmt-dev|MIT|
+mingw-w64 runtime and its thread library (winpthreads)|mingw-w64|mingw-w64-x86-64-dev|ZPL-2.1 AND MIT AND LicenseRef-Public-Domain|
+GCC runtime libraries (libstdc++, libgcc)|gcc-mingw-w64|gcc-mingw-w64-base|GPL-3.0-or-later WITH GCC-exception-3.1|
 TABLE
+}
+
+# The version that Qt's attribution file gives a bundled library. Not read as
+# JSON: Qt's files hold line breaks inside strings.
+bundled_version() {
+  sed -n 's/^ *"Version": *"\([^"]*\)".*/\1/p' "$sources/qtbase/$1/qt_attribution.json" | head -1
+}
+
+# Its licence file, as Qt's attribution file names it.
+bundled_licence() {
+  local file
+  file=$(sed -n 's/^ *"LicenseFile": *"\([^"]*\)".*/\1/p' "$sources/qtbase/$1/qt_attribution.json" | head -1)
+  echo "$sources/qtbase/$1/$file"
 }
 
 # The copyright file of the source package: the unpacked one for the two that
@@ -41,7 +57,7 @@ copyright_of() {
 source_version_of() { dpkg-query -W -f='${source:Version}' "$1"; }
 
 write_notices() {
-  local out=$1 name source_package binary_package licence copyright referenced
+  local out=$1 name source_package binary_package licence bundled copyright referenced
   {
     echo "SuiteDeployer.exe contains the following libraries. Each is listed with the"
     echo "Debian source package and version it was built from, and that package's"
@@ -51,18 +67,25 @@ write_notices() {
     echo "Qt Core is linked statically under the GNU Lesser General Public License,"
     echo "version 3. The relink kit that comes with this program holds what is needed"
     echo "to link it again with a changed Qt Core (relink-kit/README.txt)."
-    while IFS='|' read -r name source_package binary_package licence; do
+    while IFS='|' read -r name source_package binary_package licence bundled; do
       copyright=$(copyright_of "$source_package" "$binary_package")
       echo
       echo "=============================================================================="
       echo "$name"
       echo "Debian source package: $source_package $(source_version_of "$binary_package")"
+      [ -z "$bundled" ] || echo "Bundled as $bundled, version $(bundled_version "$bundled")"
       echo "Licence of what the program takes: $licence"
       echo "=============================================================================="
       echo
-      cat "$copyright"
+      if [ -n "$bundled" ]; then
+        echo "Its copyright is part of the Qt Core section above. Its licence file:"
+        echo
+        cat "$(bundled_licence "$bundled")"
+      else
+        cat "$copyright"
+      fi
     done < <(release_components)
-    referenced=$(release_components | while IFS='|' read -r _ source_package binary_package _; do
+    referenced=$(release_components | while IFS='|' read -r _ source_package binary_package _ _; do
       grep -o '/usr/share/common-licenses/[A-Za-z0-9.+-]*' "$(copyright_of "$source_package" "$binary_package")" || true
     done | sed 's/[.]$//' | sort -u)
     for copyright in $referenced; do
@@ -82,7 +105,10 @@ write_notices() {
 write_sbom() {
   local out=$1 exe_sha
   exe_sha=$(sha256sum "$program" | cut -d' ' -f1)
-  release_components | python3 -c '
+  release_components | while IFS='|' read -r name source_package binary_package licence bundled; do
+    printf '%s|%s|%s|%s|%s|%s\n' "$name" "$source_package" "$binary_package" "$licence" "$bundled" \
+      "$([ -z "$bundled" ] || bundled_version "$bundled")"
+  done | python3 -c '
 import json, subprocess, sys
 exe_sha, version, commit = sys.argv[1:4]
 def source_version(package):
@@ -103,8 +129,12 @@ packages = [{
 relationships = [{"spdxElementId": "SPDXRef-DOCUMENT", "relationshipType": "DESCRIBES",
                   "relatedSpdxElement": "SPDXRef-SuiteDeployer"}]
 for number, line in enumerate(sys.stdin, 1):
-    name, source_package, binary_package, licence = line.rstrip("\n").split("|")
-    version_text = source_version(binary_package)
+    name, source_package, binary_package, licence, bundled, bundled_version = line.rstrip("\n").split("|")
+    package_version = source_version(binary_package)
+    version_text = bundled_version or package_version
+    source_text = "Debian source package %s %s" % (source_package, package_version)
+    if bundled:
+        source_text += ", bundled as " + bundled
     identifier = "SPDXRef-Component-%d" % number
     packages.append({
         "SPDXID": identifier,
@@ -112,9 +142,9 @@ for number, line in enumerate(sys.stdin, 1):
         "versionInfo": version_text,
         "supplier": "Organization: Debian",
         "downloadLocation": "https://deb.debian.org/debian/pool/main/%s/%s/" % (source_package[0], source_package),
-        "sourceInfo": "Debian source package %s %s" % (source_package, version_text),
+        "sourceInfo": source_text,
         "externalRefs": [{"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
-                          "referenceLocator": "pkg:deb/debian/%s@%s?arch=source" % (source_package, version_text)}],
+                          "referenceLocator": "pkg:deb/debian/%s@%s?arch=source" % (source_package, package_version)}],
         "filesAnalyzed": False,
         "licenseConcluded": licence,
         "licenseDeclared": licence,
