@@ -282,3 +282,27 @@ TEST_F(FileUtilsTest, RemoveFileThatFailsLogsAWarning)
     EXPECT_EQ(capture.texts()[0], "warning: Failed to remove file " + path("folder").toStdString());
     EXPECT_EQ(capture.lines()[0].function, "fileUtils::removeFile");
 }
+
+// Below a base, as outside one, a file's removal never takes a folder of that
+// name with all that is in it: it fails with the warning, as QFile::remove does.
+TEST_F(FileUtilsTest, RemoveFileBelowABaseLeavesAFolderOfThatNameWithAWarning)
+{
+    writeFile(QString::fromUtf8("data/Продукт/LastEdit/kept.txt"), "kept");
+    const LogCapture capture;
+    fileUtils::removeFile(QFile(path(QString::fromUtf8("data/Продукт/LastEdit"))), path("data"));
+    EXPECT_EQ(contentOf(QString::fromUtf8("data/Продукт/LastEdit/kept.txt")), "kept");
+    ASSERT_EQ(capture.lines().size(), 1u);
+    EXPECT_EQ(capture.texts()[0],
+              "warning: Failed to remove file " + path(QString::fromUtf8("data/Продукт/LastEdit")).toStdString());
+}
+
+TEST_F(FileUtilsTest, RemoveFileBelowABaseRemovesTheFile)
+{
+    writeFile(QString::fromUtf8("data/Продукт/LastEdit"), "last");
+    writeFile(QString::fromUtf8("data/Продукт/kept.txt"), "kept");
+    const LogCapture capture;
+    fileUtils::removeFile(QFile(path(QString::fromUtf8("data/Продукт/LastEdit"))), path("data"));
+    EXPECT_FALSE(QFileInfo::exists(path(QString::fromUtf8("data/Продукт/LastEdit"))));
+    EXPECT_EQ(contentOf(QString::fromUtf8("data/Продукт/kept.txt")), "kept");
+    EXPECT_TRUE(capture.lines().empty());
+}

@@ -248,3 +248,23 @@ TEST_F(FolderCopyLinuxTest, LinksInTheTargetAreLeftAloneWithAWarningAndTheRestIs
     std::sort(texts.begin(), texts.end());
     EXPECT_EQ(texts, expected);
 }
+
+// The warning names a link beyond ASCII as it is, and the copy goes on.
+TEST_F(FolderCopyLinuxTest, ALinkInTheTargetWithANameBeyondAsciiIsNamedInTheWarning)
+{
+    writeFile(root / "outside" / "kept.lua", "kept");
+    writeFile(from / "Пресеты 预设" / "Ü.lua", "new");
+    writeFile(from / "Info.lua", "info");
+    fs::create_directories(to);
+    fs::create_directory_symlink(root / "outside", to / "Пресеты 预设");
+    const LogCapture capture;
+
+    copyTree(from, to);
+
+    EXPECT_EQ(contentOf(root / "outside" / "kept.lua"), "kept");
+    EXPECT_FALSE(fs::exists(root / "outside" / "Ü.lua"));
+    EXPECT_EQ(contentOf(to / "Info.lua"), "info");
+    ASSERT_EQ(capture.texts().size(), 1u);
+    EXPECT_EQ(capture.texts()[0],
+              "warning: Refused to use " + (to / "Пресеты 预设").string() + ", because it is a link");
+}

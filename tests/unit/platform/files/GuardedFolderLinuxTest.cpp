@@ -157,3 +157,20 @@ TEST_F(GuardedFolderTest, ClimbingOutOfTheBaseIsResolvedAsText)
 }
 
 } // namespace
+
+TEST_F(GuardedFolderTest, NamesBeyondAsciiAreMadeWrittenAndRefusedAsTheyAre)
+{
+    const QString collection = QString::fromUtf8("Tavrin/Коллекция 集");
+    const GuardedFolder folder(scratch.path(), collection);
+    folder.writeTextFile(QString::fromUtf8("Ü.cfg"), "text");
+    EXPECT_EQ(contentOf(collection + QString::fromUtf8("/Ü.cfg")), "text");
+
+    QDir().mkpath(path("elsewhere"));
+    ASSERT_TRUE(QFile::link(path("elsewhere"), path(QString::fromUtf8("Tavrin/Ссылка"))));
+    const LogCapture capture;
+    const GuardedFolder refused(scratch.path(), QString::fromUtf8("Tavrin/Ссылка/Orv"));
+    EXPECT_EQ(refused.outcome(), GuardedFolder::Outcome::Refused);
+    ASSERT_EQ(capture.texts().size(), 1u);
+    EXPECT_EQ(capture.texts()[0], "warning: Refused to use " + path(QString::fromUtf8("Tavrin/Ссылка")).toStdString() +
+                                      ", because it is a link");
+}

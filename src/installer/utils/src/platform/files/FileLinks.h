@@ -15,3 +15,7 @@ bool makeLink(const QString &target, const QString &linkPath);
 // holds: a shell link keeps its target in MAX_PATH characters, whatever the
 // system's long-path setting; a symbolic link takes what the file system does.
 int longestLinkPath();
+
+// Whether a link of this target at this path fits in what the system's links
+// hold (longestLinkPath); makeLink and the links of a guarded folder ask it.
+bool fitsInALink(const QString &target, const QString &linkPath);

@@ -11,14 +11,18 @@ namespace {
 
 // Deletes the entry at path through the folder that holds it, opened from base
 // without following links. Missing is silent; a refusal is logged by the guard.
+// A file is removed as QFile::remove does, never a folder of its name.
 enum class Removal { Done, Refused, Failed };
+enum class Entry { Folder, File };
 
-Removal removeBelow(const QString &base, const QString &path)
+Removal removeBelow(const QString &base, const QString &path, Entry entry)
 {
     const QString root = QDir(base).absolutePath();
     const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-    if (!absolute.startsWith(root + QLatin1Char('/')))
-        return removeTree(path) ? Removal::Done : Removal::Failed;
+    if (!absolute.startsWith(root + QLatin1Char('/'))) {
+        const bool removed = entry == Entry::Folder ? removeTree(path) : QFile::remove(path);
+        return removed ? Removal::Done : Removal::Failed;
+    }
     const QFileInfo relative(absolute.mid(root.size() + 1));
     const QString folderBelow = relative.path() == QStringLiteral(".") ? QString() : relative.path();
     const GuardedFolder folder(root, folderBelow, GuardedFolder::Purpose::Delete);
@@ -26,7 +30,9 @@ Removal removeBelow(const QString &base, const QString &path)
         return Removal::Refused;
     if (folder.outcome() == GuardedFolder::Outcome::Missing)
         return Removal::Done;
-    return folder.removeEntry(relative.fileName()) ? Removal::Done : Removal::Failed;
+    const bool removed =
+        entry == Entry::Folder ? folder.removeEntry(relative.fileName()) : folder.removeFileEntry(relative.fileName());
+    return removed ? Removal::Done : Removal::Failed;
 }
 
 } // namespace
@@ -84,7 +90,7 @@ void fileUtils::removeDir(const QDir &dir, const QString &base)
 {
     if (!dir.exists())
         return;
-    if (removeBelow(base, dir.path()) == Removal::Failed)
+    if (removeBelow(base, dir.path(), Entry::Folder) == Removal::Failed)
         KELP_LOG_WARN("Failed to completely delete folder {}", dir.path().toStdString());
 }
 
@@ -92,6 +98,6 @@ void fileUtils::removeFile(QFile &&file, const QString &base)
 {
     if (!file.exists())
         return;
-    if (removeBelow(base, file.fileName()) == Removal::Failed)
+    if (removeBelow(base, file.fileName(), Entry::File) == Removal::Failed)
         KELP_LOG_WARN("Failed to remove file {}", file.fileName().toStdString());
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -55,10 +54,11 @@ public:
     // Deletes the entry of that name as removeTree does, through this folder's
     // handle. False when anything stayed.
     bool removeEntry(const QString &name) const;
-
-    class Handles;
+    // Deletes the file (or link) of that name, never a folder. False when it stayed.
+    bool removeFileEntry(const QString &name) const;
 
 private:
+    class Handles;
     struct Place
     {
         QString base;

@@ -140,7 +140,7 @@ bool GuardedFolder::makeLink(const QString &target, const QString &name) const
     const std::string link = QFile::encodeName(name).toStdString();
     struct stat status;
     if (handles_->folder < 0 || ::fstatat(handles_->folder, link.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 ||
-        target.size() > longestLinkPath() || filePath(name).size() > longestLinkPath())
+        !fitsInALink(target, filePath(name)))
         return false;
     return ::symlinkat(QFile::encodeName(target).constData(), handles_->folder, link.c_str()) == 0;
 }
@@ -149,4 +149,9 @@ bool GuardedFolder::removeEntry(const QString &name) const
 {
     return handles_->folder >= 0 &&
            removeTreeAt(handles_->folder, QFile::encodeName(name).toStdString(), filePath(name));
+}
+
+bool GuardedFolder::removeFileEntry(const QString &name) const
+{
+    return handles_->folder >= 0 && ::unlinkat(handles_->folder, QFile::encodeName(name).constData(), 0) == 0;
 }

@@ -231,3 +231,8 @@ bool GuardedFolder::removeEntry(const QString &name) const
 {
     return outcome_ == Outcome::Opened && removeTree(filePath(name));
 }
+
+bool GuardedFolder::removeFileEntry(const QString &name) const
+{
+    return outcome_ == Outcome::Opened && DeleteFileW(win32Path(filePath(name).toStdWString()).c_str());
+}

@@ -7,6 +7,8 @@
 
 void refuseLinkedTarget(const std::filesystem::path &target)
 {
-    const QString path = QDir::fromNativeSeparators(QString::fromStdWString(target.wstring()));
+    // UTF-16 from either system's native form; wstring() on Linux goes through
+    // the C locale and throws on any name beyond ASCII.
+    const QString path = QDir::fromNativeSeparators(QString::fromStdU16String(target.u16string()));
     logRefusal(path, QStringLiteral("it is a link"));
 }
