@@ -278,7 +278,7 @@ TEST_F(PlantedLinksE2ETest, AMakerFolderOfAnotherUserIsRefusedWhenRunningAsRoot)
 // security descriptor, it is an extended attribute of the prefix's file, in
 // which the identifier can be read; the Wine of Debian 12 keeps none for this
 // file, and the test says so. On Linux the grant is the modes 0666 and 0777.
-TEST_F(PlantedLinksE2ETest, TheCollectionFileIsOpenToTheUsersGroupByItsIdentifier)
+TEST_F(PlantedLinksE2ETest, TheCollectionFileIsOpenToAllUsers)
 {
     install();
     const QString file = machine->path(Place::ProgramData, "Tavrin/Orv Collection/OrvCollection.cfg");
